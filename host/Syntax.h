@@ -1,0 +1,135 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class VELA_DataSource;
+
+// The host's syntax: the command that is being run, split into subcommands, keywords and tokens.
+//
+// The host has read the command before it calls applydic_. Errors that the host finds itself (an
+// unknown subcommand, an unknown variable) it issues itself, with a level that sets the fatal-error
+// state; the library then goes on reading and the run ends after the parse.
+//
+// A keyword table, like the table of subcommands, is an array of upper-case, unabbreviated texts
+// ended by an empty one. The library keeps it alive and unchanged as long as the object that it was
+// given to.
+
+// The tokens of one subcommand, from the first behind the subcommand's name, with a cursor.
+//
+// The library reads FROM through this class. The order of the virtual operations is part of the
+// contract. A host may add operations of its own in a class derived from it.
+class TokenSequenceBase {
+ public:
+  // What Kind gives; other kinds are the host's own.
+  enum TokenKind : int {
+    KindEnd = 1,     // behind the last token of the subcommand
+    KindName = 2,    // a name; its Text is in upper case if the host's keywords ignore case
+    KindString = 4,  // a quoted string
+  };
+  // What Delimiter gives; other codes are the host's own.
+  enum DelimiterCode : int {
+    DelimiterEquals = 3,
+    DelimiterSlash = 11,  // ends the subcommand, like KindEnd
+  };
+
+  // Advances to the next token. At the end it stays there.
+  virtual void Next() = 0;
+  // The kind of the current token.
+  virtual int Kind() const = 0;
+  // The delimiter code of the current token; of one that is no delimiter a code that no delimiter
+  // has.
+  virtual int Delimiter() const = 0;
+  // The content of the current token, a quoted string, without its quotes: where it starts and its
+  // length in bytes. Not zero-terminated; valid until Next. REQUIRES: Kind() is KindString.
+  virtual void StringValue(const char*& text, int& length) const = 0;
+  // The text of the current token, likewise. A name's text is compared exactly with "PASSWORD" and
+  // "NONE".
+  virtual void Text(const char*& text, int& length) const = 0;
+
+ protected:
+  TokenSequenceBase() = default;
+  TokenSequenceBase(const TokenSequenceBase&) = default;
+  TokenSequenceBase& operator=(const TokenSequenceBase&) = default;
+  ~TokenSequenceBase() = default;
+};
+
+// The text of the sequence at the current token, for a message.
+std::string TokenString(const TokenSequenceBase& tokens);
+
+// Whether the value that the user gave denotes the keyword ("MERGE" or "REPLACE"). Case and
+// abbreviation are the host's rules.
+bool KeywordMatch(const char* token, const char* keyword);
+
+// The command, split into subcommands. The library makes one for each parse and destroys it at the
+// parse's end, after every KeywordSubcommand over it.
+class ParsedCommand {
+ public:
+  // Splits the current command by the table of its subcommands.
+  explicit ParsedCommand(const std::string* subcommands);
+  ParsedCommand(const ParsedCommand&) = delete;
+  ParsedCommand& operator=(const ParsedCommand&) = delete;
+  ~ParsedCommand();
+
+  // Makes the named subcommand the current one; false when the command does not have it.
+  bool Seek(const std::string& subcommand);
+  // The current subcommand's tokens, with the cursor on the first. Owned by this object and valid
+  // until the next Seek. REQUIRES: the last Seek returned true.
+  TokenSequenceBase& TokenSequence();
+
+ private:
+  struct Impl;
+  friend class KeywordSubcommand;
+  std::unique_ptr<Impl> impl_;
+};
+
+class VelaVarName;
+
+// One subcommand, read as keywords with values.
+class KeywordSubcommand {
+ public:
+  // Opens the named subcommand, present or not, with its keyword table.
+  // REQUIRES: the command and the table outlive this object.
+  KeywordSubcommand(ParsedCommand& command, const std::string& name, const std::string* keywords);
+  KeywordSubcommand(const KeywordSubcommand&) = delete;
+  KeywordSubcommand& operator=(const KeywordSubcommand&) = delete;
+  ~KeywordSubcommand();
+
+  // Whether the command has the subcommand.
+  bool Occurs() const;
+  // Whether the host has issued an error about the content of this subcommand.
+  bool HasErrors() const;
+  // Not zero when the keyword is named in the subcommand, with or without a value. The keyword is
+  // spelled as in the table.
+  int Tokens(const std::string& keyword) const;
+  // What the user gave as the keyword's value, or one of two reserved texts, each with its leading
+  // blank: " NO" when the keyword does not occur, " YES" when it occurs without a value.
+  std::string Value(const std::string& keyword);
+
+  // The variables that the subcommand lists: columns in the data source, from 0, in list order.
+  // What the data source does not have the host reports, and leaves out.
+  std::vector<int> ExistingVariables(const VELA_DataSource& dataSource);
+  // The names that the subcommand lists, whether the data source has them or not, in list order.
+  std::vector<VelaVarName> MixedVariables(const VELA_DataSource* dataSource);
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+// A variable name in a list of names; a value.
+class VelaVarName {
+ public:
+  explicit VelaVarName(const char* name);
+  VelaVarName(const VelaVarName& other);
+  VelaVarName& operator=(const VelaVarName& other);
+  ~VelaVarName();
+
+  // The name, zero-terminated; valid as long as this object is there and not assigned to.
+  const char* Text() const;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
