@@ -15,9 +15,9 @@
 // meanwhile.
 //
 // A column of -1 means that there is no such variable. Texts are zero-terminated. A pointer or
-// reference that a reading operation returns lives until that property of that object is set, or the
-// object is destroyed. What each class is made of is the host's business: `Impl` is the host's to
-// define, and HostAccess the host's to reach it by.
+// reference that a reading operation returns lives until that property of that object is set, or
+// the object is destroyed. What each class is made of is the host's business: `Impl` is the host's
+// to define, and HostAccess the host's to reach it by.
 
 // A value cell. The host never shows what it holds save for a string value of width w: there the
 // address is that of the first of its w bytes, filled with blanks on the right.
@@ -46,7 +46,8 @@ class VELA_VLImplPointer {
 // anyone else: the first AddPair through a view gives the view a set of its own.
 class VELA_ValueLabelMap {
  public:
-  // A view of the handle's set, with the cursor before the first pair; of a null handle an empty one.
+  // A view of the handle's set, with the cursor before the first pair; of a null handle an empty
+  // one.
   explicit VELA_ValueLabelMap(const VELA_VLImplPointer& set);
   VELA_ValueLabelMap(const VELA_ValueLabelMap&) = delete;
   VELA_ValueLabelMap& operator=(const VELA_ValueLabelMap&) = delete;
@@ -128,7 +129,8 @@ class VELA_Variable {
  public:
   enum FormatType : int {
     FormatString = 1,
-    FormatHexString = 2,  // two characters for each byte of the string; further types are the host's
+    FormatHexString =
+        2,  // two characters for each byte of the string; further types are the host's
   };
 
   // An independent copy: naming it or giving it an identity leaves the other as it is.
@@ -170,9 +172,9 @@ class VELA_Variable {
   // The missing values: returns the count n, |n| at most 3, and sets the first |n| pointers. What a
   // negative count says is the host's.
   int GetMissingValues(const OBS*& first, const OBS*& second, const OBS*& third) const;
-  // Sets them to what GetMissingValues of a variable of the same kind gave: the count as it was, the
-  // values copied. Their width is not told: the host finds it in its value cells. Of a wider string
-  // at most trailing blanks are lost; the library has tested that.
+  // Sets them to what GetMissingValues of a variable of the same kind gave: the count as it was,
+  // the values copied. Their width is not told: the host finds it in its value cells. Of a wider
+  // string at most trailing blanks are lost; the library has tested that.
   void SetMissingValues(int count, const OBS* first, const OBS* second, const OBS* third);
 
   VELA_Variable_Enumerations::Role GetRole() const;
@@ -203,8 +205,8 @@ class VELA_Variable {
 // A data source: the dictionary of a file.
 class VELA_DataSource {
  public:
-  // A numbered block of information that a data source carries besides its variables; a value. Block
-  // 0 holds the documents.
+  // A numbered block of information that a data source carries besides its variables; a value.
+  // Block 0 holds the documents.
   class Extension {
    public:
     // A copy of the data source's block. REQUIRES: dataSource.HasExtension(number).
@@ -265,16 +267,16 @@ class VELA_DataSource {
 // anything; it is told apart from other data sources at run time.
 class DEDataStore : public VELA_DataSource {
  public:
-  // A store over the data source, with its variables and file-level information as they are now; the
-  // data source stays as it is and is not owned. The library creates the store on the heap and hands
-  // it over: the host owns it from its construction on and destroys it when it is no longer the
-  // working data source of any run.
+  // A store over the data source, with its variables and file-level information as they are now;
+  // the data source stays as it is and is not owned. The library creates the store on the heap and
+  // hands it over: the host owns it from its construction on and destroys it when it is no longer
+  // the working data source of any run.
   explicit DEDataStore(const VELA_DataSource* base);
   ~DEDataStore() override;
 
-  // Inserts a copy of the variable as a new column. Every other variable, the text of every name and
-  // every pointer into them stays valid. The library inserts only at the end, a position equal to
-  // ColumnCount(), and never two variables of one name, in whatever case.
+  // Inserts a copy of the variable as a new column. Every other variable, the text of every name
+  // and every pointer into them stays valid. The library inserts only at the end, a position equal
+  // to ColumnCount(), and never two variables of one name, in whatever case.
   void InsertVariable(unsigned int position, const VELA_Variable& variable);
 };
 
@@ -325,8 +327,8 @@ struct VariableSet {
 
 // The data source's sets of one kind, in stored order.
 std::vector<VariableSet> VariableSets(const VELA_DataSource& dataSource, VarSetsType type);
-// Makes the list the data source's whole collection of sets of that kind, in that order. What becomes
-// of members that the data source does not have is the host's.
+// Makes the list the data source's whole collection of sets of that kind, in that order. What
+// becomes of members that the data source does not have is the host's.
 void SaveVariableSets(const std::vector<VariableSet>& sets, VELA_DataSource& dataSource,
                       VarSetsType type);
 

@@ -25,14 +25,14 @@ extern "C" {
 // must not call applydic_ then, and the run ends the process by a failed assertion.
 VELA_FortranDictionary* global_dicptr_();
 
-// Sets the legacy dictionary's weight variable: the position of its value in the case record, from 1.
-// The address is valid during the call only.
+// Sets the legacy dictionary's weight variable: the position of its value in the case record,
+// from 1. The address is valid during the call only.
 void setcurrentweightvar_(const std::int64_t* position);
 }
 
-// Tells the host that a store has taken the place of the working data source. The host owns the store
-// already, from its construction on; what is 1 here is the host's. Called before the store is written
-// into the dictionary.
+// Tells the host that a store has taken the place of the working data source. The host owns the
+// store already, from its construction on; what is 1 here is the host's. Called before the store is
+// written into the dictionary.
 void SetActiveDataSource(VELA_DataSource* store, int mode);
 
 // The context of the running procedure: made after the dictionary was read, destroyed at the end of

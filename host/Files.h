@@ -38,8 +38,8 @@ class UserCaseFileSpec {
 
 // The source file, open from construction to destruction.
 //
-// The library opens it on the heap, in a std::unique_ptr, at most once in a run, and destroys it when
-// the run has ended, before the frame closes.
+// The library opens it on the heap, in a std::unique_ptr, at most once in a run, and destroys it
+// when the run has ended, before the frame closes.
 class UserInputCaseFile {
  public:
   // Opens the file. A file that cannot be used is reported by an ErrorText that says which file,
