@@ -1,0 +1,124 @@
+#include "backend/ApplyDictionary/Apply.h"
+
+#include <cstddef>
+#include <numeric>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "backend/ApplyDictionary/ApplyDictionarySpec.h"
+#include "backend/ApplyDictionary/ApplyFileInfo.h"
+#include "backend/ApplyDictionary/ApplyVarInfo.h"
+#include "backend/ApplyDictionary/FastFindDataSource.h"
+#include "host/Data.h"
+#include "host/Output.h"
+
+namespace {
+
+// The names of the variables that one call has added, in upper case. The name index is not told of
+// them, and the host's own look-up may mind letter case.
+class AddedNames {
+ public:
+  void Add(const VELA_Variable& variable) { names_.insert(variable.GetUpperCaseName()); }
+
+  bool Contains(const VELA_Variable& variable) const {
+    return !names_.empty() && names_.count(variable.GetUpperCaseName()) != 0;
+  }
+
+ private:
+  std::unordered_set<std::string> names_;
+};
+
+void InsertAtEnd(const VELA_Variable& variable, VELA_DataSource& working) {
+  auto& store = dynamic_cast<DEDataStore&>(working);
+  store.InsertVariable(static_cast<unsigned int>(store.ColumnCount()), variable);
+}
+
+// One source variable onto each target name, which may be new.
+void ApplyToNames(const ApplyDictionarySpec& record, VELA_DataSource& working,
+                  const VELA_DataSource& source) {
+  // Takes each new variable's name and identity in turn. What is applied to existing variables is
+  // the same whatever it is called by then.
+  VELA_Variable renamed(source.GetVariable(record.sourceVars.front()));
+  const FastFindDataSource index(working);
+  AddedNames added;
+  for (const VelaVarName& name : record.targetNames) {
+    int column = working.FindVarIndex(name.Text(), 0);
+    // The host's look-up may mind letter case; the working file must not get a name in two
+    // spellings.
+    if (column < 0) column = index.FindVarIndex(name.Text());
+    if (column >= 0) {
+      ApplyVarInfo(renamed, working.GetVariable(column), record);
+      continue;
+    }
+    renamed.SetName(name.Text());
+    if (added.Contains(renamed)) continue;
+    renamed.NewID();
+    InsertAtEnd(renamed, working);
+    added.Add(renamed);
+  }
+}
+
+// One source variable onto each target, without a look at names.
+void ApplyToTargets(const ApplyDictionarySpec& record, VELA_DataSource& working,
+                    const VELA_DataSource& source) {
+  const VELA_Variable& variable = source.GetVariable(record.sourceVars.front());
+  for (const int column : record.targetVars) {
+    ApplyVarInfo(variable, working.GetVariable(column), record);
+  }
+}
+
+// The columns of the source to be paired by name, in order.
+std::vector<int> Candidates(const ApplyDictionarySpec& record, const VELA_DataSource& source) {
+  if (!record.sourceVars.empty()) return record.sourceVars;
+  if (!record.targetVars.empty()) return record.targetVars;
+  std::vector<int> columns(static_cast<std::size_t>(source.ColumnCount()));
+  std::iota(columns.begin(), columns.end(), 0);
+  return columns;
+}
+
+// Pairs the candidates with their namesakes in the working file; returns how many were paired or
+// added.
+int PairByName(const ApplyDictionarySpec& record, VELA_DataSource& working,
+               const VELA_DataSource& source) {
+  const std::vector<int> candidates = Candidates(record, source);
+  const FastFindDataSource index(working);
+  AddedNames added;
+  int paired = 0;
+  for (const int candidate : candidates) {
+    const VELA_Variable& variable = source.GetVariable(candidate);
+    if (added.Contains(variable)) continue;
+    const int column = index.FindVarIndex(variable.GetName());
+    if (column >= 0) {
+      ++paired;
+      ApplyVarInfo(variable, working.GetVariable(column), record);
+    } else if (record.newVars) {
+      ++paired;
+      InsertAtEnd(variable, working);
+      added.Add(variable);
+    }
+  }
+  return paired;
+}
+
+void ApplyByName(const ApplyDictionarySpec& record, VELA_DataSource& working,
+                 const VELA_DataSource& source) {
+  if (PairByName(record, working, source) > 0) return;
+  if (!record.varLabel && !SelectsMoreThanLabel(record)) return;
+  BpError(BpString("No selected variables had matching names...", true), BpShowMessage,
+          BpLevelWarning);
+}
+
+}  // namespace
+
+void Apply(ApplyDictionarySpec& record, VELA_DataSource& working, const VELA_DataSource* source,
+           BpProcedure& /*procedure*/) {
+  if (!record.targetNames.empty()) {
+    ApplyToNames(record, working, *source);
+  } else if (!record.sourceVars.empty() && !record.targetVars.empty()) {
+    ApplyToTargets(record, working, *source);
+  } else {
+    ApplyByName(record, working, *source);
+  }
+  ApplyFileInfo(record, working, source);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+struct ApplyDictionarySpec;
+class BpProcedure;
+class VELA_DataSource;
+
+// Carries out the command: pairs variables of the source with variables of the working file,
+// applies the selected properties to each pair, adds new variables at the end of the working file,
+// and then applies the file-level items.
+//
+// Variables are paired in one of three forms:
+// - with targetNames, the first source variable onto each name, and names that the working file
+// lacks
+//   become new variables like it;
+// - with sourceVars and targetVars, the first source variable onto each target, whatever its name;
+// - otherwise by name without regard to case: sourceVars, or else targetVars, or else all variables
+//   of the source. Those without a namesake are added with newVars, and else passed over in
+//   silence. When nothing was paired though a property is selected, a warning of level 2 is issued.
+// No two variables of one name are added: the second is passed over in silence.
+//
+// record is only read. source is not null, and may be the very data source that is working. With
+// newVars working is a DEDataStore; std::bad_cast is thrown when it must take a variable and is
+// not. The frame is not used. Exceptions of the host pass through, and what was changed stays
+// changed.
+void Apply(ApplyDictionarySpec& record, VELA_DataSource& working, const VELA_DataSource* source,
+           BpProcedure& procedure);

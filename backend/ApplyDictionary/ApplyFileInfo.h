@@ -1,0 +1,13 @@
+#pragma once
+
+struct ApplyDictionarySpec;
+class VELA_DataSource;
+
+// Applies the selected file-level items of the source to the working file: documents, file label,
+// multiple-response sets, variable sets, weight and attributes, in this order.
+//
+// source is not null, and may be the working file itself. What the source does not have takes
+// nothing from the working file, save that sets are replaced by none. No message is issued.
+// Exceptions of the host pass through; items applied before stay applied.
+void ApplyFileInfo(const ApplyDictionarySpec& record, VELA_DataSource& working,
+                   const VELA_DataSource* source);

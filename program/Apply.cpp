@@ -1,0 +1,150 @@
+#include "program/Apply.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "program/Account.h"
+#include "program/DictionaryJson.h"
+#include "program/Library.h"
+#include "program/Output.h"
+#include "standalone/Codebook/OpenCodebook.h"
+#include "standalone/Files/SaveFile.h"
+#include "standalone/Host.h"
+#include "standalone/Output/Diagnostics.h"
+#include "standalone/Syntax/Tokenizer.h"
+
+namespace applydic {
+namespace {
+
+// A syntax file, whole; "-" is standard input.
+std::string ReadSyntax(const std::string& path) {
+  const bool isInput = path == "-";
+  const std::string name = isInput ? "standard input" : path;
+  const auto closeFile = [](std::FILE* file) {
+    if (file != stdin) std::fclose(file);
+  };
+  const std::unique_ptr<std::FILE, decltype(closeFile)> file(
+      isInput ? stdin : std::fopen(path.c_str(), "rbe"), closeFile);
+  std::string text;
+  char buffer[1 << 16];
+  while (file != nullptr) {
+    const std::size_t count = std::fread(buffer, 1, sizeof buffer, file.get());
+    text.append(buffer, count);
+    if (count < sizeof buffer) break;
+  }
+  if (file == nullptr || std::ferror(file.get()) != 0) {
+    throw Failure("Cannot read commands from " + name + ": " + std::strerror(errno) +
+                  "; give a file of commands after --syntax, or a command after --command.");
+  }
+  constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
+  if (text.starts_with(kByteOrderMark)) text.erase(0, std::strlen(kByteOrderMark));
+  return text;
+}
+
+std::vector<velahost::Command> ReadCommands(const ApplyOptions& options) {
+  return velahost::SplitCommands(options.command ? *options.command
+                                                 : ReadSyntax(*options.syntaxFile));
+}
+
+// Where the codebook is to be written; none for a dry run.
+std::optional<std::string> Destination(const ApplyOptions& options,
+                                       const velahost::OpenedCodebook& working) {
+  if (options.inPlace) return working.path;
+  return options.output;
+}
+
+// A run writes onto none of the files that it has read as a source, save the working file.
+void RefuseSource(const std::string& destination, const velahost::FileIdentity& working,
+                  const std::vector<velahost::FileIdentity>& sources) {
+  const std::optional<velahost::FileIdentity> there = velahost::IdentityAt(destination);
+  if (!there || *there == working) return;
+  if (std::find(sources.begin(), sources.end(), *there) == sources.end()) return;
+  throw Failure("Cannot write " + destination +
+                ": the dictionary was read from this file; write to another file.");
+}
+
+// Writes the diagnostics of a run to standard error, each when it is new.
+class DiagnosticsWriter {
+ public:
+  explicit DiagnosticsWriter(const velahost::Diagnostics& diagnostics)
+      : diagnostics_(diagnostics) {}
+
+  void WriteNew() {
+    const std::vector<velahost::Diagnostic>& all = diagnostics_.All();
+    for (; written_ < all.size(); ++written_) WriteDiagnostic(all[written_]);
+  }
+
+ private:
+  const velahost::Diagnostics& diagnostics_;
+  std::size_t written_ = 0;
+};
+
+void ReportFailure(const std::string& message) {
+  velahost::Report(BpShowMessage, BpLevelFailure, velahost::EscapeMessage(message), {});
+}
+
+// One call of the library. What it lets through is an error of the run.
+void Call(EntryPoint applyDictionary) {
+  try {
+    applyDictionary();
+  } catch (const std::bad_alloc&) {
+    ReportFailure("There is not enough memory to carry the command out.");
+  } catch (const std::exception& exception) {
+    ReportFailure(std::string("The command could not be carried out: ") + exception.what());
+  }
+}
+
+// Runs the commands in order; the first error ends the run.
+void RunCommands(velahost::Host& host, std::vector<velahost::Command> commands,
+                 EntryPoint applyDictionary) {
+  DiagnosticsWriter diagnostics(host.diagnostics);
+  diagnostics.WriteNew();
+  for (velahost::Command& command : commands) {
+    host.SetCommand(std::move(command));
+    Call(applyDictionary);
+    diagnostics.WriteNew();
+    if (host.diagnostics.FatalError()) return;
+  }
+}
+
+}  // namespace
+
+ExitStatus RunApply(const ApplyOptions& options) {
+  const EntryPoint applyDictionary = LoadLibrary();
+  std::vector<velahost::Command> commands = ReadCommands(options);
+  velahost::OpenedCodebook working = velahost::OpenCodebook(options.working);
+  const std::optional<std::string> destination = Destination(options, working);
+  if (destination) velahost::CheckCanSave(*destination);
+
+  velahost::Host host;
+  host.SetWorking(std::move(working.dataSource));
+  for (const velahost::ReadingWarning& warning : working.warnings) {
+    velahost::Report(BpShowMessage, BpLevelTransferWarning, warning.text, warning.arguments);
+  }
+  RunCommands(host, std::move(commands), applyDictionary);
+
+  const std::vector<velahost::Diagnostic>& diagnostics = host.diagnostics.All();
+  if (host.diagnostics.FatalError()) {
+    WriteOutput(options.json ? JsonText(OutcomeJson(diagnostics, {}, std::nullopt))
+                             : "An error was reported: nothing written\n");
+    return kErrorReported;
+  }
+
+  if (destination) RefuseSource(*destination, working.identity, host.sourcesRead);
+  const Changes changes = ChangesOf(host.Working());
+  const std::string document = velahost::WriteCodebook(host.Working());  // shows in a dry run too
+  if (destination) velahost::SaveFile(*destination, document);           // what cannot be written
+  WriteOutput(options.json ? JsonText(OutcomeJson(diagnostics, changes, destination))
+                           : AccountText(changes, destination));
+  return kDone;
+}
+
+}  // namespace applydic

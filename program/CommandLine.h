@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace applydic {
+
+// applydic apply: apply a dictionary to the working codebook.
+struct ApplyOptions {
+  std::string working;  // a path, or path#ID
+
+  // Exactly one of the two.
+  std::optional<std::string> command;
+  std::optional<std::string> syntaxFile;  // "-" is standard input
+
+  // Exactly one of the three.
+  std::optional<std::string> output;
+  bool inPlace = false;
+  bool dryRun = false;
+
+  bool json = false;
+};
+
+// applydic show: the dictionary of a codebook.
+struct ShowOptions {
+  std::string file;  // a path, or path#ID
+  bool json = false;
+};
+
+// A question about the program itself, answered already: help, or the version.
+struct Answer {
+  std::string text;
+};
+
+using Request = std::variant<Answer, ApplyOptions, ShowOptions>;
+
+// What the user asks for. Throws Failure for a wrong usage, with a hint at the help.
+Request ReadCommandLine(int argc, const char* const* argv);
+
+}  // namespace applydic

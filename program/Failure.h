@@ -1,0 +1,20 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace applydic {
+
+// What the program ends with.
+enum ExitStatus : int {
+  kDone = 0,           // warnings included
+  kErrorReported = 1,  // the run reported an error; nothing is written
+  kCannotRun = 2,      // wrong usage, or a file that cannot be read or written
+};
+
+// Why the program ends with kCannotRun; what() says what to do about it.
+class Failure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace applydic

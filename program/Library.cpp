@@ -1,0 +1,23 @@
+#include "program/Library.h"
+
+#include <dlfcn.h>
+
+#include <string>
+
+#include "program/Failure.h"
+
+namespace applydic {
+
+EntryPoint LoadLibrary() {
+  // By its bare name: the program's run path leads to it. The host operations that it imports are
+  // found in the standalone host, which the program is linked to.
+  void* library = dlopen("libvelawapd.so", RTLD_NOW | RTLD_LOCAL);
+  void* entry = library == nullptr ? nullptr : dlsym(library, "applydic_");
+  if (entry == nullptr) {
+    throw Failure(std::string("Cannot load the library: ") + dlerror() +
+                  "; keep bin/applydic and lib/libvelawapd.so side by side.");
+  }
+  return reinterpret_cast<EntryPoint>(entry);
+}
+
+}  // namespace applydic

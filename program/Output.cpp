@@ -1,0 +1,104 @@
+#include "program/Output.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "program/Failure.h"
+#include "standalone/Text/Utf8.h"
+
+namespace applydic {
+namespace {
+
+// Returns false, with errno set, when it cannot write all.
+bool WriteAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(descriptor, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+void WriteLine(const char* kind, std::string_view message) {
+  WriteAll(STDERR_FILENO, fmt::format("applydic: {}: {}\n", kind, Visible(message)));
+}
+
+bool IsHidden(int code) {
+  return code < 0x20 || (code >= 0x7F && code <= 0x9F) ||  // control characters
+         code == 0x2028 || code == 0x2029 ||               // line and paragraph separators
+         (code >= 0x202A && code <= 0x202E) ||             // direction of writing
+         (code >= 0x2066 && code <= 0x2069);
+}
+
+std::string Spelled(int code) {
+  switch (code) {
+    case '\n':
+      return "\\n";
+    case '\r':
+      return "\\r";
+    case '\t':
+      return "\\t";
+    default:
+      return fmt::format("\\u{:04X}", code);
+  }
+}
+
+}  // namespace
+
+void WriteOutput(std::string_view text) {
+  if (!WriteAll(STDOUT_FILENO, text)) {
+    throw Failure(std::string("Cannot write to standard output: ") + std::strerror(errno) + ".");
+  }
+}
+
+void WriteWarning(std::string_view message) { WriteLine("warning", message); }
+
+void WriteError(std::string_view message) { WriteLine("error", message); }
+
+void WriteDiagnostic(const velahost::Diagnostic& diagnostic) {
+  if (diagnostic.level >= BpLevelError) {
+    WriteError(diagnostic.message);
+  } else {
+    WriteWarning(diagnostic.message);
+  }
+}
+
+std::string Visible(std::string_view text) {
+  std::string visible;
+  visible.reserve(text.size());
+  for (std::size_t position = 0; position < text.size();) {
+    const velahost::Character character = velahost::CharacterAt(text, position);
+    if (character.code < 0) {
+      visible += fmt::format("\\x{:02X}", static_cast<unsigned char>(text[position]));
+    } else if (IsHidden(character.code)) {
+      visible += Spelled(character.code);
+    } else {
+      visible += text.substr(position, character.length);
+    }
+    position += character.length;
+  }
+  return visible;
+}
+
+std::size_t WidthOf(std::string_view text) {
+  std::size_t width = 0;
+  for (std::size_t position = 0; position < text.size(); ++width) {
+    position += velahost::CharacterAt(text, position).length;
+  }
+  return width;
+}
+
+std::string List(const std::vector<std::string>& texts) {
+  std::string list;
+  for (const std::string& text : texts) {
+    if (!list.empty()) list += ", ";
+    list += Visible(text);
+  }
+  return list;
+}
+
+}  // namespace applydic

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/Data.h"
+#include "standalone/Codebook/Elements.h"
+#include "standalone/Codebook/Encoding.h"
+#include "standalone/Codebook/Namespaces.h"
+
+namespace velahost {
+
+// A document in memory: its bytes, and where in them the elements stand that a dictionary is made
+// of. Once read it is not changed.
+class Codebook {
+ public:
+  // An element of the document: its bytes, and the namespaces in scope around it.
+  struct Place {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    Namespaces::Scope scope = Namespaces::kOutermost;
+  };
+  // A fileDscr. A document without one has one file with an empty place.
+  struct File : Place {
+    std::string id;
+  };
+  struct Variable : Place {
+    std::string id;
+    std::string name;
+    bool weights = false;  // wgt="wgt"
+  };
+  // A varGrp, with the set that it reads as.
+  struct Group : Place {
+    std::string id;
+    std::size_t file = 0;
+    VariableSet set;
+  };
+  // An element whose children are read one by one: the root and each dataDscr.
+  struct Container : Place {
+    Element element = Element::Other;
+    std::size_t contentBegin = 0;
+    std::size_t contentEnd = 0;
+    std::map<Element, Place> last;  // the last child of each kind
+  };
+
+  // The bytes of a place.
+  std::string_view Bytes(const Place& place) const {
+    return std::string_view(text).substr(place.begin, place.end - place.begin);
+  }
+  // The line, from 1, in which a byte stands.
+  std::size_t LineOf(std::size_t position) const;
+
+  std::string path;
+  std::string text;
+  Encoding encoding = Encoding::Utf8;
+  Namespaces namespaces;
+  Container root;
+  std::vector<Container> dataDescriptions;
+  std::vector<File> files;
+  std::vector<Variable> variables;
+  std::vector<Group> groups;
+};
+
+}  // namespace velahost

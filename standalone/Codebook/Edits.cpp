@@ -1,0 +1,35 @@
+#include "standalone/Codebook/Edits.h"
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+namespace velahost {
+
+void Edits::Replace(std::size_t begin, std::size_t end, std::string_view utf8) {
+  ReplaceBytes(begin, end, Encode(utf8, encoding_));
+}
+
+void Edits::ReplaceBytes(std::size_t begin, std::size_t end, std::string bytes) {
+  edits_.push_back({begin, end, std::move(bytes)});
+}
+
+std::string Edits::Apply(std::string_view text, std::size_t begin, std::size_t end) {
+  std::stable_sort(edits_.begin(), edits_.end(), [](const Edit& a, const Edit& b) {
+    return std::tie(a.begin, a.end) < std::tie(b.begin, b.end);
+  });
+  std::size_t size = end - begin;
+  for (const Edit& edit : edits_) size += edit.bytes.size();
+  std::string result;
+  result.reserve(size);
+  std::size_t position = begin;
+  for (const Edit& edit : edits_) {
+    result.append(text, position, edit.begin - position);
+    result += edit.bytes;
+    position = edit.end;
+  }
+  result.append(text, position, end - position);
+  return result;
+}
+
+}  // namespace velahost

@@ -1,0 +1,83 @@
+#include "standalone/Codebook/Encoding.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "standalone/Text/Utf8.h"
+
+namespace velahost {
+
+std::optional<Encoding> EncodingNamed(std::string_view name) {
+  const std::string upper = UpperCase(name);
+  for (const Encoding encoding : {Encoding::Utf8, Encoding::Ascii, Encoding::Latin1}) {
+    if (upper == NameOf(encoding)) return encoding;
+  }
+  return std::nullopt;
+}
+
+const char* NameOf(Encoding encoding) {
+  switch (encoding) {
+    case Encoding::Ascii:
+      return "US-ASCII";
+    case Encoding::Latin1:
+      return "ISO-8859-1";
+    case Encoding::Utf8:
+      break;
+  }
+  return "UTF-8";
+}
+
+std::string Encode(std::string_view utf8, Encoding encoding) {
+  if (encoding == Encoding::Utf8) return std::string(utf8);
+  const int limit = encoding == Encoding::Latin1 ? 0x100 : 0x80;
+  std::string bytes;
+  bytes.reserve(utf8.size());
+  for (std::size_t i = 0; i < utf8.size();) {
+    const Character character = CharacterAt(utf8, i);
+    if (character.code >= 0 && character.code < limit) {
+      bytes += static_cast<char>(character.code);
+    } else if (character.code >= 0) {
+      bytes += "&#" + std::to_string(character.code) + ";";
+    }
+    i += character.length;
+  }
+  return bytes;
+}
+
+std::string EscapeText(std::string_view text) {
+  std::string escaped;
+  escaped.reserve(text.size());
+  for (const char c : text) {
+    if (c == '&') {
+      escaped += "&amp;";
+    } else if (c == '<') {
+      escaped += "&lt;";
+    } else if (c == '>') {
+      escaped += "&gt;";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+std::string EscapeAttribute(std::string_view text, char quote) {
+  std::string escaped;
+  escaped.reserve(text.size());
+  for (const char c : text) {
+    if (c == '&') {
+      escaped += "&amp;";
+    } else if (c == '<') {
+      escaped += "&lt;";
+    } else if (c == quote) {
+      escaped += quote == '"' ? "&quot;" : "&apos;";
+    } else if (IsSpace(c) && c != ' ') {
+      escaped += "&#" + std::to_string(static_cast<int>(c)) + ";";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+}  // namespace velahost

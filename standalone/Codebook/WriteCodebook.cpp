@@ -1,0 +1,181 @@
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "standalone/Codebook/ContainerEdits.h"
+#include "standalone/Codebook/DocumentIds.h"
+#include "standalone/Codebook/Edits.h"
+#include "standalone/Codebook/ElementEditor.h"
+#include "standalone/Codebook/ElementReader.h"
+#include "standalone/Codebook/OpenCodebook.h"
+#include "standalone/Codebook/ReadVariable.h"
+#include "standalone/Codebook/WriteFile.h"
+#include "standalone/Codebook/WriteSets.h"
+#include "standalone/Codebook/WriteVariable.h"
+#include "standalone/Data/DataSource.h"
+#include "standalone/Data/Variable.h"
+#include "standalone/Text/Utf8.h"
+
+namespace velahost {
+
+namespace {
+
+using Node = XmlTree::Node;
+
+// Writes one document: gathers all changes as edits of its text, then applies them.
+class CodebookWriter {
+ public:
+  explicit CodebookWriter(const VELA_DataSource::Impl& file)
+      : file_(file),
+        codebook_(*file.document),
+        layout_(LayoutOf(codebook_)),
+        edits_(codebook_.encoding),
+        reader_(codebook_),
+        ids_(codebook_),
+        newIds_(file.variables.size()) {}
+
+  std::string Write() {
+    WriteSetsAndNewIds();
+    WriteVariables();
+    WriteFileDescription();
+    AddToDataDescription();
+    return edits_.Apply(codebook_.text, 0, codebook_.text.size());
+  }
+
+ private:
+  const VELA_Variable::Impl& Variable(std::size_t column) const {
+    return HostAccess::Of(file_.variables[column]);
+  }
+  const Codebook::Variable& AsRead(std::size_t column) const {
+    return codebook_.variables[Variable(column).place];
+  }
+  bool IsNew(std::size_t column) const { return column >= file_.readCount; }
+
+  // Sets come first: they decide which variables need an ID.
+  void WriteSetsAndNewIds() {
+    for (std::size_t i = file_.readCount; i < file_.variables.size(); ++i) IdOf(i);
+    newSets_ = WriteSets({file_, codebook_, layout_, reader_, ids_, edits_,
+                          [this](int column) { return IdOf(static_cast<std::size_t>(column)); }});
+  }
+
+  // The ID of a variable; one that has none is given one.
+  std::string IdOf(std::size_t column) {
+    if (!IsNew(column) && !AsRead(column).id.empty()) return AsRead(column).id;
+    if (newIds_[column].empty()) newIds_[column] = ids_.Make(Variable(column).name);
+    return newIds_[column];
+  }
+
+  void WriteVariables() {
+    for (std::size_t i = 0; i < file_.readCount; ++i) {
+      const VELA_Variable::Impl& variable = Variable(i);
+      const bool weights =
+          SetsWeight() && file_.now.weight == static_cast<int>(i) && !AsRead(i).weights;
+      if (!variable.before && !weights && newIds_[i].empty()) continue;
+      const XmlTree& tree = reader_.Read(AsRead(i));
+      ElementEditor editor(codebook_, layout_, tree, edits_);
+      if (!newIds_[i].empty()) editor.SetAttribute(tree.Root(), "ID", newIds_[i]);
+      if (weights) editor.SetAttribute(tree.Root(), "wgt", "wgt");
+      WriteVariable(variable, tree, tree.Root(), editor);
+      editor.Finish();
+    }
+  }
+
+  // Whether the document would not read as weighted as the file is now.
+  bool SetsWeight() const { return file_.now.weight != file_.AsRead().weight; }
+
+  // What the weight's note must say: nothing where the attribute alone says which variable it is.
+  std::optional<std::string> WeightNote() const {
+    if (file_.now.weight < 0) return std::nullopt;
+    const auto weight = static_cast<std::size_t>(file_.now.weight);
+    for (std::size_t i = 0; i < file_.readCount; ++i) {
+      if (i != weight && AsRead(i).weights) return Variable(weight).name;
+    }
+    return std::nullopt;
+  }
+
+  void WriteFileDescription() {
+    const Codebook::File& place = codebook_.files[file_.place];
+    if (place.end == 0) {
+      AddFileDescription();
+      return;
+    }
+    const bool mayRename = file_.variables.size() > file_.readCount;
+    if (!file_.before && !mayRename) return;
+    const XmlTree& tree = reader_.Read(place);
+    ElementEditor editor(codebook_, layout_, tree, edits_);
+    WriteFile(file_, tree, tree.Root(), editor);
+    WriteWeightNote(tree, editor);
+    editor.Finish();
+  }
+
+  void WriteWeightNote(const XmlTree& tree, ElementEditor& editor) {
+    const Node note = FindNote(tree, tree.Root(), kWeightNote);
+    if (note == XmlTree::kNone) {
+      if (!SetsWeight()) return;
+      if (const auto name = WeightNote()) {
+        editor.Insert(tree.Root(), NewNote(Element::fileDscr, kWeightNote, *name));
+      }
+      return;
+    }
+    if (file_.Find(LineOfText(tree, note)) == file_.now.weight) return;
+    // The note named another variable, or none until one of that name was added.
+    editor.SetText(note, file_.now.weight < 0
+                             ? std::string()
+                             : Variable(static_cast<std::size_t>(file_.now.weight)).name);
+  }
+
+  void AddFileDescription() {
+    const std::optional<std::string> weight = SetsWeight() ? WeightNote() : std::nullopt;
+    const NewElement fileDscr = NewFile(file_.now, weight);
+    if (fileDscr.children.empty()) return;
+    InsertInto(codebook_, codebook_.root, {fileDscr}, layout_, edits_);
+  }
+
+  // New sets that have no place among others, and the new variables.
+  void AddToDataDescription() {
+    std::vector<NewElement> variables;
+    const std::string& fileId = codebook_.files[file_.place].id;
+    for (std::size_t i = file_.readCount; i < file_.variables.size(); ++i) {
+      const bool weights = SetsWeight() && file_.now.weight == static_cast<int>(i);
+      variables.push_back(NewVariable(Variable(i), IdOf(i), fileId, weights, layout_));
+    }
+    if (variables.empty() && newSets_.empty()) return;
+    if (codebook_.dataDescriptions.empty()) {
+      NewElement dataDscr{.element = Element::dataDscr,
+                          .attributes = {},
+                          .text = {},
+                          .children = std::move(newSets_)};
+      for (NewElement& variable : variables) dataDscr.children.push_back(std::move(variable));
+      InsertInto(codebook_, codebook_.root, {dataDscr}, layout_, edits_);
+      return;
+    }
+    if (file_.readCount > 0) {
+      for (const NewElement& variable : variables) {
+        InsertAfter(codebook_, AsRead(file_.readCount - 1), variable, layout_, edits_);
+      }
+      variables.clear();
+    }
+    std::move(variables.begin(), variables.end(), std::back_inserter(newSets_));
+    InsertInto(codebook_, codebook_.dataDescriptions.front(), newSets_, layout_, edits_);
+  }
+
+  const VELA_DataSource::Impl& file_;
+  const Codebook& codebook_;
+  const Layout layout_;
+  Edits edits_;
+  ElementReader reader_;
+  DocumentIds ids_;
+  std::vector<std::string> newIds_;  // by column; empty for none
+  std::vector<NewElement> newSets_;
+};
+
+}  // namespace
+
+std::string WriteCodebook(const VELA_DataSource& dataSource) {
+  return CodebookWriter(HostAccess::Of(dataSource)).Write();
+}
+
+}  // namespace velahost

@@ -1,0 +1,175 @@
+#include "standalone/Codebook/XmlParser.h"
+
+#include <expat.h>
+
+#include <algorithm>
+#include <new>
+
+namespace velahost {
+
+namespace {
+
+// Expat copies what it is fed, so it is fed in pieces.
+constexpr std::size_t kPiece = std::size_t{1} << 18;
+
+}  // namespace
+
+// What expat calls. No exception may pass through expat: it is kept, the parse stopped, and thrown
+// again by Feed.
+struct XmlParser::Callbacks {
+  template <typename Work>
+  static void Guard(XmlParser& self, Work work) noexcept {
+    if (self.failure_) return;
+    try {
+      work();
+    } catch (...) {
+      self.failure_ = std::current_exception();
+      XML_StopParser(self.parser_, XML_FALSE);
+    }
+  }
+
+  static void Start(void* data, const char* name, const char** attributes) {
+    auto& self = *static_cast<XmlParser*>(data);
+    Guard(self, [&] {
+      if (self.depth_++ < self.outermost_) return;
+      const Namespaces::Scope scope = self.namespaces_.Enter(self.scopes_.back(), attributes);
+      self.scopes_.push_back(scope);
+      const Name& known = self.NameFor(name);
+      const Element element =
+          self.namespaces_.IsStandard(scope, known.prefix) ? known.element : Element::Foreign;
+      const std::size_t begin = self.Position();
+      const auto length = static_cast<std::size_t>(XML_GetCurrentByteCount(self.parser_));
+      self.handler_.Start({element, name, attributes, begin, begin + length, scope});
+    });
+  }
+
+  static void End(void* data, const char* /*name*/) {
+    auto& self = *static_cast<XmlParser*>(data);
+    Guard(self, [&] {
+      if (--self.depth_ < self.outermost_) return;
+      self.scopes_.pop_back();
+      const std::size_t begin = self.Position();
+      const auto length = static_cast<std::size_t>(XML_GetCurrentByteCount(self.parser_));
+      self.handler_.End(begin, begin + length);
+    });
+  }
+
+  static void Text(void* data, const char* text, int length) {
+    auto& self = *static_cast<XmlParser*>(data);
+    if (self.depth_ <= self.outermost_) return;
+    Guard(self, [&] { self.handler_.Text({text, static_cast<std::size_t>(length)}); });
+  }
+
+  // A reference to an entity that a declaration outside the document may declare: it stands for
+  // itself, since nothing outside is ever opened.
+  static void SkippedEntity(void* data, const char* name, int isParameterEntity) {
+    auto& self = *static_cast<XmlParser*>(data);
+    if (isParameterEntity != 0 || self.depth_ <= self.outermost_) return;
+    Guard(self, [&] { self.handler_.Text("&" + std::string(name) + ";"); });
+  }
+
+  static void Declaration(void* data, const char* /*version*/, const char* encoding,
+                          int /*standalone*/) {
+    auto& self = *static_cast<XmlParser*>(data);
+    if (encoding == nullptr) return;
+    Guard(self, [&] {
+      const auto known = EncodingNamed(encoding);
+      if (!known) {
+        self.Fail("encoding " + std::string(encoding) +
+                  " cannot be read: save the document as UTF-8, US-ASCII or ISO-8859-1");
+      }
+      self.encoding_ = *known;
+    });
+  }
+
+  static void EntityDeclaration(void* data, const char* name, int /*isParameterEntity*/,
+                                const char* /*value*/, int /*length*/, const char* /*base*/,
+                                const char* /*system*/, const char* /*public*/,
+                                const char* /*notation*/) {
+    auto& self = *static_cast<XmlParser*>(data);
+    Guard(self, [&] {
+      self.Fail("the document declares an entity of its own, " + std::string(name) +
+                ": write its text where it is used");
+    });
+  }
+};
+
+XmlParser::XmlParser(Namespaces& namespaces, XmlHandler& handler)
+    : parser_(XML_ParserCreate(nullptr)),
+      namespaces_(namespaces),
+      handler_(handler),
+      scopes_(1, Namespaces::kOutermost) {
+  SetCallbacks();
+}
+
+XmlParser::XmlParser(Namespaces& namespaces, XmlHandler& handler, Encoding encoding)
+    : parser_(XML_ParserCreate(NameOf(encoding))),
+      namespaces_(namespaces),
+      handler_(handler),
+      encoding_(encoding),
+      scopes_(1, Namespaces::kOutermost),
+      outermost_(1) {
+  SetCallbacks();
+  Feed("<x>", false);
+}
+
+XmlParser::~XmlParser() { XML_ParserFree(parser_); }
+
+void XmlParser::SetCallbacks() {
+  if (parser_ == nullptr) throw std::bad_alloc();
+  XML_SetUserData(parser_, this);
+  XML_SetElementHandler(parser_, Callbacks::Start, Callbacks::End);
+  XML_SetCharacterDataHandler(parser_, Callbacks::Text);
+  XML_SetSkippedEntityHandler(parser_, Callbacks::SkippedEntity);
+  XML_SetXmlDeclHandler(parser_, Callbacks::Declaration);
+  XML_SetEntityDeclHandler(parser_, Callbacks::EntityDeclaration);
+}
+
+void XmlParser::ParseDocument(std::string_view text) {
+  if (text.starts_with("\xFE\xFF") || text.starts_with("\xFF\xFE")) {
+    throw XmlError("encoding UTF-16 cannot be read: save the document as UTF-8");
+  }
+  for (std::size_t begin = 0; begin < text.size(); begin += kPiece) {
+    Feed(text.substr(begin, kPiece), false);
+  }
+  Feed({}, true);
+}
+
+void XmlParser::ParseElement(std::string_view text, std::size_t begin, Namespaces::Scope scope) {
+  offset_ = static_cast<std::ptrdiff_t>(begin) - fed_;
+  scopes_.back() = scope;
+  for (std::size_t at = 0; at < text.size(); at += kPiece) Feed(text.substr(at, kPiece), false);
+}
+
+void XmlParser::Feed(std::string_view bytes, bool last) {
+  const XML_Status status =
+      XML_Parse(parser_, bytes.data(), static_cast<int>(bytes.size()), last ? XML_TRUE : XML_FALSE);
+  fed_ += static_cast<std::ptrdiff_t>(bytes.size());
+  if (failure_) std::rethrow_exception(failure_);
+  if (status == XML_STATUS_OK) return;
+  const XML_Error error = XML_GetErrorCode(parser_);
+  if (error == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
+  Fail(XML_ErrorString(error));
+}
+
+void XmlParser::Fail(const std::string& reason) const {
+  throw XmlError("line " + std::to_string(XML_GetCurrentLineNumber(parser_)) + ", column " +
+                 std::to_string(XML_GetCurrentColumnNumber(parser_) + 1) + ": " + reason);
+}
+
+const XmlParser::Name& XmlParser::NameFor(std::string_view name) {
+  const auto slot = (name.size() * 31 + static_cast<unsigned char>(name.front()) * 7 +
+                     static_cast<unsigned char>(name.back())) %
+                    names_.size();
+  Name& known = names_[slot];
+  if (known.name != name) {
+    known = {std::string(name), std::string(PrefixOf(name)), ElementNamed(LocalNameOf(name))};
+  }
+  return known;
+}
+
+std::size_t XmlParser::Position() const {
+  return static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_) + offset_);
+}
+
+}  // namespace velahost

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "standalone/Codebook/Elements.h"
+#include "standalone/Codebook/Encoding.h"
+#include "standalone/Codebook/Namespaces.h"
+
+struct XML_ParserStruct;
+
+namespace velahost {
+
+// A text that is not well formed, or that is refused for what it declares. what() says the reason
+// and the line and column, both from 1.
+class XmlError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The start of an element. What it points at lives until the event has been handled, the
+// attributes' names until the parser is destroyed.
+struct XmlStart {
+  Element element;
+  const char* name;               // as it stands in the text, with its prefix
+  const char* const* attributes;  // names and values in turn, ended by null
+  std::size_t begin;              // the bytes of the start tag in the text
+  std::size_t end;
+  Namespaces::Scope scope;  // inside the element
+};
+
+// What receives the events of a parse. An exception that it throws ends the parse and passes on to
+// the caller of Parse.
+class XmlHandler {
+ public:
+  virtual void Start(const XmlStart& start) = 0;
+  // The end tag's bytes; both are the element's end for an element without an end tag.
+  virtual void End(std::size_t begin, std::size_t end) = 0;
+  // A piece of text in UTF-8.
+  virtual void Text(std::string_view text) = 0;
+
+ protected:
+  ~XmlHandler() = default;
+};
+
+// An XML parser that tells where everything stands. It reads a whole document, or elements cut out
+// of one that has been read, one after the other.
+class XmlParser {
+ public:
+  // For a whole document; its encoding is found.
+  XmlParser(Namespaces& namespaces, XmlHandler& handler);
+  // For elements cut out of a document of that encoding.
+  XmlParser(Namespaces& namespaces, XmlHandler& handler, Encoding encoding);
+  XmlParser(const XmlParser&) = delete;
+  XmlParser& operator=(const XmlParser&) = delete;
+  ~XmlParser();
+
+  // Reads a whole document. Throws XmlError.
+  void ParseDocument(std::string_view text);
+  // Reads one element that stands at begin in its document, in the given scope. Throws XmlError.
+  void ParseElement(std::string_view text, std::size_t begin, Namespaces::Scope scope);
+
+  // The encoding of the document that is being read.
+  Encoding DocumentEncoding() const { return encoding_; }
+
+ private:
+  struct Callbacks;
+  friend struct Callbacks;
+  struct Name {
+    std::string name;
+    std::string prefix;
+    Element element = Element::Other;
+  };
+
+  void SetCallbacks();
+  void Feed(std::string_view bytes, bool last);
+  [[noreturn]] void Fail(const std::string& reason) const;
+  const Name& NameFor(std::string_view name);
+  std::size_t Position() const;
+
+  XML_ParserStruct* parser_;
+  Namespaces& namespaces_;
+  XmlHandler& handler_;
+  Encoding encoding_ = Encoding::Utf8;
+  std::vector<Namespaces::Scope> scopes_;  // of the open elements
+  std::array<Name, 256> names_;            // those met last, each where its letters say
+  std::ptrdiff_t offset_ = 0;              // from the parser's positions to those in the document
+  std::ptrdiff_t fed_ = 0;
+  std::size_t depth_ = 0;
+  std::size_t outermost_ = 0;  // elements of the parser's own around what is reported
+  std::exception_ptr failure_;
+};
+
+}  // namespace velahost

@@ -1,0 +1,90 @@
+#include "standalone/Codebook/XmlTree.h"
+
+namespace velahost {
+
+void XmlTree::Clear() {
+  nodes_.clear();
+  attributes_.clear();
+  texts_.clear();
+  values_.clear();
+  open_ = kNone;
+}
+
+void XmlTree::Start(const XmlStart& start) {
+  const auto node = static_cast<Node>(nodes_.size());
+  const std::size_t firstAttribute = attributes_.size();
+  for (const char* const* attribute = start.attributes; *attribute != nullptr; attribute += 2) {
+    const std::size_t begin = values_.size();
+    values_ += attribute[1];
+    attributes_.push_back({attribute[0], begin, values_.size()});
+  }
+  nodes_.push_back({.element = start.element,
+                    .parent = open_,
+                    .begin = start.begin,
+                    .contentBegin = start.end,
+                    .textBegin = texts_.size(),
+                    .firstAttribute = firstAttribute,
+                    .attributeCount = attributes_.size() - firstAttribute});
+  if (open_ != kNone) {
+    NodeData& parent = At(open_);
+    if (parent.lastChild == kNone) {
+      parent.firstChild = node;
+    } else {
+      At(parent.lastChild).next = node;
+    }
+    parent.lastChild = node;
+  }
+  open_ = node;
+}
+
+void XmlTree::End(std::size_t begin, std::size_t end) {
+  NodeData& node = At(open_);
+  node.contentEnd = begin;
+  node.end = end;
+  node.textEnd = texts_.size();
+  open_ = node.parent;
+}
+
+void XmlTree::Text(std::string_view text) { texts_ += text; }
+
+XmlTree::Node XmlTree::Find(Node parent, Element element) const {
+  const Node first = FirstChild(parent);
+  return first == kNone || ElementOf(first) == element ? first : FindNext(first, element);
+}
+
+XmlTree::Node XmlTree::FindNext(Node node, Element element) const {
+  for (node = Next(node); node != kNone; node = Next(node)) {
+    if (ElementOf(node) == element) break;
+  }
+  return node;
+}
+
+std::vector<XmlTree::Node> XmlTree::FindAll(Node parent, Element element) const {
+  std::vector<Node> found;
+  for (Node node = Find(parent, element); node != kNone; node = FindNext(node, element)) {
+    found.push_back(node);
+  }
+  return found;
+}
+
+std::string_view XmlTree::Text(Node node) const {
+  const NodeData& data = At(node);
+  return std::string_view(texts_).substr(data.textBegin, data.textEnd - data.textBegin);
+}
+
+std::optional<std::string_view> XmlTree::Attribute(Node node, std::string_view name) const {
+  const NodeData& data = At(node);
+  for (std::size_t i = 0; i < data.attributeCount; ++i) {
+    const AttributeData& attribute = attributes_[data.firstAttribute + i];
+    if (attribute.name == name) {
+      return std::string_view(values_).substr(attribute.begin, attribute.end - attribute.begin);
+    }
+  }
+  return std::nullopt;
+}
+
+const char* XmlTree::AttributeName(Node node, std::size_t index) const {
+  return attributes_[At(node).firstAttribute + index].name;
+}
+
+}  // namespace velahost

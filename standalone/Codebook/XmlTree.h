@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "standalone/Codebook/XmlParser.h"
+
+namespace velahost {
+
+// One element of a document with all that is in it: texts, attributes, and where each element
+// stands. It is filled by the events of a parse and lives as long as the parser.
+class XmlTree {
+ public:
+  using Node = int;
+  static constexpr Node kNone = -1;
+
+  void Clear();
+  // The events, from the element's start to its end.
+  void Start(const XmlStart& start);
+  void End(std::size_t begin, std::size_t end);
+  void Text(std::string_view text);
+  // Whether the element's end has come.
+  bool Complete() const { return open_ == kNone && !nodes_.empty(); }
+
+  Node Root() const { return 0; }
+  Element ElementOf(Node node) const { return At(node).element; }
+  Node Parent(Node node) const { return At(node).parent; }
+  Node FirstChild(Node node) const { return At(node).firstChild; }
+  Node Next(Node node) const { return At(node).next; }
+  // The first child that is the element, or kNone; and the next after a node.
+  Node Find(Node parent, Element element) const;
+  Node FindNext(Node node, Element element) const;
+  // All children that are the element.
+  std::vector<Node> FindAll(Node parent, Element element) const;
+
+  // The text of the element with that of all elements in it, as it stands.
+  std::string_view Text(Node node) const;
+  // An attribute's value; nothing if the element does not have it.
+  std::optional<std::string_view> Attribute(Node node, std::string_view name) const;
+  // The number of its attributes, and the name of one.
+  std::size_t AttributeCount(Node node) const { return At(node).attributeCount; }
+  const char* AttributeName(Node node, std::size_t index) const;
+
+  // Where it stands in the document: the element, and what is between its tags. An element without
+  // an end tag has no content: it begins and ends at the element's end.
+  std::size_t Begin(Node node) const { return At(node).begin; }
+  std::size_t End(Node node) const { return At(node).end; }
+  std::size_t ContentBegin(Node node) const { return At(node).contentBegin; }
+  std::size_t ContentEnd(Node node) const { return At(node).contentEnd; }
+  bool HasEndTag(Node node) const { return At(node).contentEnd != At(node).end; }
+
+ private:
+  struct NodeData {
+    Element element;
+    Node parent;
+    Node firstChild = kNone;
+    Node lastChild = kNone;
+    Node next = kNone;
+    std::size_t begin;
+    std::size_t contentBegin;
+    std::size_t contentEnd = 0;
+    std::size_t end = 0;
+    std::size_t textBegin;
+    std::size_t textEnd = 0;
+    std::size_t firstAttribute;
+    std::size_t attributeCount;
+  };
+  struct AttributeData {
+    const char* name;
+    std::size_t begin;
+    std::size_t end;
+  };
+  const NodeData& At(Node node) const { return nodes_[static_cast<std::size_t>(node)]; }
+  NodeData& At(Node node) { return nodes_[static_cast<std::size_t>(node)]; }
+
+  std::vector<NodeData> nodes_;
+  std::vector<AttributeData> attributes_;
+  std::string texts_;   // of all elements, in document order
+  std::string values_;  // of all attributes
+  Node open_ = kNone;
+};
+
+}  // namespace velahost

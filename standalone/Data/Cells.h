@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/Data.h"
+
+// Value cells of the standalone host: a number's cell is a double, a string's its bytes with a zero
+// byte behind them. So a string's cell tells where it ends: who is told no width reads up to the
+// zero byte and never past it. No value holds a zero byte.
+
+namespace velahost {
+
+// The cell of a number; it lives as long as the number.
+const OBS* CellOf(const double& number);
+// The cell of a string; it lives as long as the string is unchanged.
+const OBS* CellOf(const std::string& text);
+
+double NumberIn(const OBS* cell);
+// The string in the cell, at the given width: filled with blanks or cut.
+std::string StringIn(const OBS* cell, int width);
+// The text at the given width in bytes: filled with blanks or cut.
+std::string AtWidth(std::string_view text, int width);
+
+}  // namespace velahost

@@ -1,0 +1,22 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+
+#include "standalone/Data/Variable.h"
+
+namespace velahost {
+
+bool MissingValues::Contains(double number) const {
+  // The single values stand behind the range, if there is one.
+  const std::size_t firstSingle = count < 0 ? 2 : 0;
+  if (count < 0 && numbers[0] <= number && number <= numbers[1]) return true;
+  const auto end = numbers.begin() + std::abs(count);
+  return std::find(numbers.begin() + firstSingle, end, number) != end;
+}
+
+bool MissingValues::Contains(std::string_view text) const {
+  const auto end = strings.begin() + std::abs(count);
+  return std::find(strings.begin(), end, text) != end;
+}
+
+}  // namespace velahost

@@ -1,0 +1,8 @@
+#include "standalone/HostCalls.h"
+
+namespace velahost {
+
+CallObserver callObserver = nullptr;
+ReleaseObserver releaseObserver = nullptr;
+
+}  // namespace velahost

@@ -1,0 +1,44 @@
+#include "standalone/Output/Diagnostics.h"
+
+#include <utility>
+
+#include "standalone/Host.h"
+
+namespace velahost {
+
+void Diagnostics::Issue(Diagnostic diagnostic) {
+  all_.push_back(std::move(diagnostic));
+  if (all_.back().level >= BpLevelError) fatal_ = true;
+}
+
+std::string Render(const std::string& text, const std::vector<std::string>& arguments) {
+  std::string message;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool hasNext = i + 1 < text.size();
+    if (text[i] == '\\' && hasNext) {
+      message += text[++i];
+    } else if (text[i] == '^' && hasNext && text[i + 1] >= '1' && text[i + 1] <= '9' &&
+               static_cast<std::size_t>(text[i + 1] - '1') < arguments.size()) {
+      message += arguments[static_cast<std::size_t>(text[++i] - '1')];
+    } else {
+      message += text[i];
+    }
+  }
+  return message;
+}
+
+std::string EscapeMessage(const std::string& text) {
+  std::string escaped;
+  for (const char c : text) {
+    if (c == '\\') escaped += '\\';
+    escaped += c;
+  }
+  return escaped;
+}
+
+void Report(BpErrorShow show, BpErrorLevel level, const std::string& text,
+            const std::vector<std::string>& arguments) {
+  Host::Current().diagnostics.Issue({text, arguments, Render(text, arguments), show, level});
+}
+
+}  // namespace velahost

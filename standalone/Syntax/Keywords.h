@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// Keywords and their abbreviations. A table of keywords is an array of upper-case texts that an
+// empty one ends, as in host/Syntax.h.
+
+namespace velahost {
+
+// Whether the word is the keyword, or its beginning of three letters or more, in any case.
+// REQUIRES: a keyword of upper-case letters.
+bool Abbreviates(std::string_view word, std::string_view keyword);
+
+// The table's keyword that the word is or, when it is none, the first that it abbreviates; null
+// when there is none. It lives as long as the table.
+const std::string* FindKeyword(const std::string* table, std::string_view word);
+
+// The table's keywords for a message: "FROM, SOURCE or TARGET".
+std::string Alternatives(const std::string* table);
+
+}  // namespace velahost

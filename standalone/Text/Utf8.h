@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// Texts in UTF-8. A byte that does not belong to a well-formed character counts as a character of
+// its own and is never changed.
+
+namespace velahost {
+
+// The bytes that a name holds at most.
+inline constexpr std::size_t kNameBytes = 64;
+
+// The character that starts at position, and its length in bytes. code is negative for a byte that
+// does not start a well-formed character; length is 1 then. REQUIRES: position < text.size().
+struct Character {
+  int code;
+  std::size_t length;
+};
+Character CharacterAt(std::string_view text, std::size_t position);
+
+// Whether a character is a letter of any script.
+bool IsLetter(int code);
+
+// The text in upper case, character by character. A letter whose capital takes more bytes than it
+// does stays as it is, so the text never grows.
+std::string UpperCase(std::string_view text);
+// The same in place, on a zero-terminated text.
+void UpperCaseInPlace(char* text);
+// Whether two texts have the same upper case.
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
+// The longest beginning of the text of whole characters that takes at most the given bytes.
+std::string_view CutToBytes(std::string_view text, std::size_t bytes);
+
+// Whether a byte is white space as XML has it: blank, tab, line feed, carriage return.
+constexpr bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+// The text without white space at its ends.
+std::string_view Trim(std::string_view text);
+// The text without white space at its ends, and every run of white space inside as one blank.
+std::string Collapse(std::string_view text);
+// The text without blanks at its end.
+std::string_view TrimTrailingBlanks(std::string_view text);
+
+}  // namespace velahost
