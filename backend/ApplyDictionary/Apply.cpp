@@ -40,13 +40,9 @@ void ApplyToNames(const ApplyDictionarySpec& record, VELA_DataSource& working,
   // Takes each new variable's name and identity in turn. What is applied to existing variables is
   // the same whatever it is called by then.
   VELA_Variable renamed(source.GetVariable(record.sourceVars.front()));
-  const FastFindDataSource index(working);
   AddedNames added;
   for (const VelaVarName& name : record.targetNames) {
-    int column = working.FindVarIndex(name.Text(), 0);
-    // The host's look-up may mind letter case; the working file must not get a name in two
-    // spellings.
-    if (column < 0) column = index.FindVarIndex(name.Text());
+    const int column = working.FindVarIndex(name.Text(), 0);
     if (column >= 0) {
       ApplyVarInfo(renamed, working.GetVariable(column), record);
       continue;

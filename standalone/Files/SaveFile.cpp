@@ -1,14 +1,13 @@
 #include "standalone/Files/SaveFile.h"
 
 #include <fcntl.h>
-#include <signal.h>
-#include <stdio.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
+#include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <random>
 #include <vector>
