@@ -236,12 +236,19 @@ void TakeFileProperties(FileReading& file, std::size_t place, VELA_DataSource::I
 OpenedCodebook OpenCodebook(const std::string& specification) {
   const auto [path, id] = SplitSpecification(specification);
   FileText file = ReadText(path);
-  CodebookReading reading = ReadCodebook(path, std::move(file.text));
+  OpenedCodebook opened = OpenCodebookText(path, std::move(file.text), id);
+  opened.identity = file.identity;
+  return opened;
+}
+
+OpenedCodebook OpenCodebookText(const std::string& path, std::string text,
+                                const std::optional<std::string>& id) {
+  CodebookReading reading = ReadCodebook(path, std::move(text));
   const std::size_t place = FindFile(*reading.codebook, id);
   const FileMembership membership(*reading.codebook);
   ResolveGroups(reading, membership);
 
-  OpenedCodebook opened{.dataSource = {}, .path = path, .identity = file.identity, .warnings = {}};
+  OpenedCodebook opened{.dataSource = {}, .path = path, .identity = {}, .warnings = {}};
   auto impl = std::make_unique<VELA_DataSource::Impl>();
   impl->document = reading.codebook;
   impl->place = place;

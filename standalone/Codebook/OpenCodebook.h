@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -42,6 +43,11 @@ struct OpenedCodebook {
 // Opens the data file that the specification names: a path, which means the document's first data
 // file, or path#ID. Throws CodebookError.
 OpenedCodebook OpenCodebook(const std::string& specification);
+
+// The same from the bytes of a document: the data file of that ID, or the first. The path is what
+// messages name; the document has no identity.
+OpenedCodebook OpenCodebookText(const std::string& path, std::string text,
+                                const std::optional<std::string>& id);
 
 // The document of a data source that OpenCodebook gave, or of a store over it, with every change
 // since then; what was not changed stays byte for byte. The data source stays as it is.

@@ -60,6 +60,7 @@ class Scanner {
   // Whether a period right before the position ends the command.
   bool EndsCommand(std::size_t position) const;
   bool NameCharacterAt(std::size_t position) const;
+  bool MarkAt(std::size_t position) const;
   // Where the word that starts at the position ends, without the period that ends the command.
   std::size_t WordEnd(std::size_t position) const;
   // Where the number that starts at the position ends; the position itself when none does.
@@ -100,6 +101,10 @@ bool Scanner::EndsCommand(std::size_t position) const {
   return true;
 }
 
+bool Scanner::MarkAt(std::size_t position) const {
+  return position < text_.size() && IsMark(CharacterAt(text_, position).code);
+}
+
 bool Scanner::NameCharacterAt(std::size_t position) const {
   if (position >= text_.size()) return false;
   const char c = text_[position];
@@ -109,7 +114,9 @@ bool Scanner::NameCharacterAt(std::size_t position) const {
 
 std::size_t Scanner::WordEnd(std::size_t position) const {
   std::size_t end = position;
-  while (NameCharacterAt(end)) end += CharacterAt(text_, end).length;
+  while (NameCharacterAt(end) || (end > position && MarkAt(end))) {
+    end += CharacterAt(text_, end).length;
+  }
   const bool periodEnds = end > position && text_[end - 1] == '.' && EndsCommand(end);
   return periodEnds ? end - 1 : end;
 }

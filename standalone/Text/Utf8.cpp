@@ -70,6 +70,11 @@ bool IsLetter(int code) {
   }
 }
 
+bool IsMark(int code) {
+  const utf8proc_category_t category = utf8proc_category(code);
+  return category == UTF8PROC_CATEGORY_MN || category == UTF8PROC_CATEGORY_MC;
+}
+
 std::string UpperCase(std::string_view text) {
   std::string upper(text);
   upper.resize(UpperCaseBytes(upper.data(), upper.size()));

@@ -20,8 +20,9 @@ struct Character {
 };
 Character CharacterAt(std::string_view text, std::size_t position);
 
-// Whether a character is a letter of any script.
+// Whether a character is a letter of any script, or a mark that belongs to the letter before it.
 bool IsLetter(int code);
+bool IsMark(int code);
 
 // The text in upper case, character by character. A letter whose capital takes more bytes than it
 // does stays as it is, so the text never grows.
