@@ -43,7 +43,7 @@ Layout LayoutOf(const Codebook& codebook) {
       StartTag(
           codebook.Bytes(codebook.root).substr(0, codebook.root.contentBegin - codebook.root.begin))
           .Name());
-  if (!prefix.empty()) layout.prefix = std::string(prefix) + ":";
+  if (!prefix.empty()) layout.prefix = Decode(prefix, codebook.encoding) + ":";
 
   const std::size_t lineEnd = codebook.text.find_first_of("\r\n");
   if (lineEnd != std::string::npos && codebook.text[lineEnd] == '\r') {
@@ -147,8 +147,12 @@ void ElementEditor::Replace(Node node, const NewElement& element) {
 }
 
 void ElementEditor::Insert(Node parent, const NewElement& element) {
-  insertions_.push_back({parent, PlaceFor(parent, element.element),
-                         RankIn(tree_.ElementOf(parent), element.element), element});
+  // Of many that come in turn only the first looks for its place among the children.
+  const bool again = !insertions_.empty() && insertions_.back().parent == parent &&
+                     insertions_.back().element.element == element.element;
+  const Node after = again ? insertions_.back().after : PlaceFor(parent, element.element);
+  insertions_.push_back(
+      {parent, after, RankIn(tree_.ElementOf(parent), element.element), element});
 }
 
 void ElementEditor::Finish() {

@@ -84,7 +84,7 @@ class DocumentReader : public XmlHandler {
   void StartRoot(const XmlStart& start) {
     if (LocalNameOf(start.name) != "codeBook") {
       throw CodebookError(
-          codebook_.path + ": line " + std::to_string(codebook_.LineOf(start.begin)) +
+          codebook_.path + ": line " + std::to_string(LineCounter(codebook_.text).LineOf(start.begin)) +
           ": the document is no codebook: its root element is " + start.name + ", not codeBook");
     }
     codebook_.namespaces.Adopt(start.scope, PrefixOf(start.name));
