@@ -16,7 +16,7 @@ const char* NameOf(Encoding encoding);
 
 // Markup or text in UTF-8 as bytes of the encoding. A character that the encoding lacks becomes a
 // character reference.
-std::string Encode(std::string_view utf8, Encoding encoding);
+std::string Encode(std::string utf8, Encoding encoding);
 
 // A text as it stands between tags.
 std::string EscapeText(std::string_view text);

@@ -38,12 +38,11 @@ std::vector<int> Index(const Values& values) {
 }
 
 template <class Values, class Value>
-int PositionOf(std::vector<int>& slots, const Values& values, const Value& value) {
-  if (values.size() <= kFew) {
+int PositionOf(const std::vector<int>& slots, const Values& values, const Value& value) {
+  if (slots.empty()) {
     const auto found = std::find(values.begin(), values.end(), value);
     return found == values.end() ? -1 : static_cast<int>(found - values.begin());
   }
-  if (slots.empty()) slots = Index(values);
   return slots[SlotOf(slots, values, value)];
 }
 
@@ -58,7 +57,7 @@ void Append(Value value, std::string label, std::vector<Value>& values,
             std::vector<std::string>& labels, std::vector<int>& slots) {
   MakeRoom(values);
   MakeRoom(labels);
-  if (!slots.empty()) {
+  if (values.size() >= kFew) {
     if (slots.size() < 2 * (values.size() + 1)) slots = Index(values);
     slots[SlotOf(slots, values, value)] = static_cast<int>(values.size());
   }

@@ -30,8 +30,7 @@ class VELA_VLImpl {
     return labels_[static_cast<std::size_t>(position)];
   }
 
-  // The position of the value's pair, or -1. Takes constant time on large sets. The first look-up
-  // in a large set builds its index, so that a set that threads share is not looked up in.
+  // The position of the value's pair, or -1. Takes constant time on large sets.
   int Find(const OBS* value) const;
   int FindNumber(double number) const;
   int FindString(std::string_view text) const;  // REQUIRES: text.size() == Type()
@@ -59,6 +58,6 @@ class VELA_VLImpl {
   std::vector<std::string> strings_;  // of a set of strings
   std::vector<std::string> labels_;
   // Positions by the hash of the value, -1 where a slot is free; a power of two of slots, at most
-  // half of them taken. Empty until the first look-up in a set of more than a few pairs.
-  mutable std::vector<int> slots_;
+  // half of them taken. Empty in a set of a few pairs.
+  std::vector<int> slots_;
 };
