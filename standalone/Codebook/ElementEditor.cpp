@@ -148,14 +148,16 @@ void ElementEditor::Replace(Node node, const NewElement& element) {
 }
 
 void ElementEditor::Insert(Node parent, const NewElement& element) {
-  const Node after = PlaceFor(parent, element.element);
-  const std::size_t rank = RankIn(tree_.ElementOf(parent), element.element);
-  const bool follows = !insertions_.empty() && insertions_.back().parent == parent &&
-                       insertions_.back().after == after && insertions_.back().rank == rank;
-  if (!follows) insertions_.push_back({parent, after, rank, {}});
-  const std::string lead = LeadIn(parent, after);
-  insertions_.back().markup += lead;
-  insertions_.back().markup += Render(element, layout_, lead);
+  const bool repeats = !insertions_.empty() && insertions_.back().parent == parent &&
+                       insertions_.back().element == element.element;
+  if (!repeats) {
+    const Node after = PlaceFor(parent, element.element);
+    const std::size_t rank = RankIn(tree_.ElementOf(parent), element.element);
+    insertions_.push_back({parent, after, rank, element.element, LeadIn(parent, after), {}});
+  }
+  Insertion& insertion = insertions_.back();
+  insertion.markup += insertion.lead;
+  insertion.markup += Render(element, layout_, insertion.lead);
 }
 
 void ElementEditor::Finish() {

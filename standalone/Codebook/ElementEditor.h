@@ -73,6 +73,8 @@ class ElementEditor {
     XmlTree::Node parent;
     XmlTree::Node after;  // kNone: first in the parent
     std::size_t rank;
+    Element element;
+    std::string lead;
     std::string markup;  // of one element, or of several of a kind
   };
   XmlTree::Node PlaceFor(XmlTree::Node parent, Element element) const;

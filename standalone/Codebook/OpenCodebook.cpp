@@ -98,13 +98,14 @@ std::size_t FindFile(const Codebook& codebook, const std::optional<std::string>&
 // Which of the document's files each variable belongs to.
 class FileMembership {
  public:
-  explicit FileMembership(const Codebook& codebook) {
+  explicit FileMembership(const Codebook& codebook) : fileCount_(codebook.files.size()) {
     for (std::size_t i = 0; i < codebook.files.size(); ++i) {
       if (!codebook.files[i].id.empty()) files_.emplace(codebook.files[i].id, i);
     }
   }
 
   bool Belongs(const VariableReading& variable, std::size_t file) const {
+    if (fileCount_ == 1) return true;
     bool named = false;
     for (const auto* const ids : {&variable.files, &variable.locations}) {
       for (const std::string& id : *ids) {
@@ -118,7 +119,8 @@ class FileMembership {
   }
 
  private:
-  std::unordered_map<std::string, std::size_t> files_;
+  std::size_t fileCount_;
+  std::unordered_map<std::string, std::size_t> files_;  // by ID
 };
 
 // Gives each group its file and its members' names.

@@ -51,6 +51,8 @@ class DocumentReader : public XmlHandler {
     }
   }
 
+  bool ReadsText(Element element) const override { return inTree_ && XmlTree::ReadsText(element); }
+
   void End(std::size_t begin, std::size_t end) override {
     if (inTree_) {
       tree_.End(begin, end);
@@ -76,9 +78,7 @@ class DocumentReader : public XmlHandler {
     }
   }
 
-  void Text(std::string_view text) override {
-    if (inTree_) tree_.Text(text);
-  }
+  void Text(std::string_view text) override { tree_.Text(text); }
 
  private:
   void StartRoot(const XmlStart& start) {

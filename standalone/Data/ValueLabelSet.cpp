@@ -89,6 +89,11 @@ int VELA_VLImpl::FindValueOf(const VELA_VLImpl& other, int position) const {
   return type_ == 0 ? FindNumber(other.NumberAt(position)) : FindString(other.StringAt(position));
 }
 
+void VELA_VLImpl::Reserve(std::size_t pairs) {
+  labels_.reserve(pairs);
+  type_ == 0 ? numbers_.reserve(pairs) : strings_.reserve(pairs);
+}
+
 void VELA_VLImpl::AddNumber(double number, std::string label) {
   Append(number, std::move(label), numbers_, labels_, slots_);
 }
@@ -107,8 +112,7 @@ void VELA_VLImpl::Add(const OBS* value, std::string label) {
 
 std::shared_ptr<VELA_VLImpl> VELA_VLImpl::AtWidth(int width) const {
   auto converted = std::make_shared<VELA_VLImpl>(width);
-  converted->strings_.reserve(strings_.size());
-  converted->labels_.reserve(labels_.size());
+  converted->Reserve(strings_.size());
   for (std::size_t i = 0; i < strings_.size(); ++i) {
     std::string text = velahost::AtWidth(strings_[i], width);
     if (width < type_ && converted->FindString(text) >= 0) continue;
@@ -119,12 +123,10 @@ std::shared_ptr<VELA_VLImpl> VELA_VLImpl::AtWidth(int width) const {
 
 std::shared_ptr<VELA_VLImpl> VELA_VLImpl::InOrder(const std::vector<int>& order) const {
   auto ordered = std::make_shared<VELA_VLImpl>(type_);
-  ordered->labels_.reserve(order.size());
+  ordered->Reserve(order.size());
   if (type_ == 0) {
-    ordered->numbers_.reserve(order.size());
     for (const int position : order) ordered->AddNumber(NumberAt(position), LabelAt(position));
   } else {
-    ordered->strings_.reserve(order.size());
     for (const int position : order) ordered->AddString(StringAt(position), LabelAt(position));
   }
   return ordered;

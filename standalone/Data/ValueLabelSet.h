@@ -37,6 +37,8 @@ class VELA_VLImpl {
   // The position of the pair of the value that another set of this type has at a position, or -1.
   int FindValueOf(const VELA_VLImpl& other, int position) const;
 
+  // Makes room for so many pairs.
+  void Reserve(std::size_t pairs);
   // Adds a pair at the end. REQUIRES: the set does not have the value; text.size() == Type().
   void AddNumber(double number, std::string label);
   void AddString(std::string text, std::string label);
