@@ -9,6 +9,7 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -116,16 +117,25 @@ void RunCommands(velahost::Host& host, std::vector<velahost::Command> commands,
   }
 }
 
+// A dry run writes too, to nowhere: it shows what cannot be written.
+void WriteWorking(const VELA_DataSource& working, const std::optional<std::string>& destination) {
+  if (!destination) return velahost::WriteCodebook(working, [](std::string_view) {});
+  velahost::SaveFile(*destination, [&](const velahost::ByteSink& sink) {
+    velahost::WriteCodebook(working, sink);
+  });
+}
+
 }  // namespace
 
 ExitStatus RunApply(const ApplyOptions& options) {
   const EntryPoint applyDictionary = LoadLibrary();
   std::vector<velahost::Command> commands = ReadCommands(options);
+  velahost::Host host;
+  host.sourceAhead.emplace(commands.front());
   velahost::OpenedCodebook working = velahost::OpenCodebook(options.working);
   const std::optional<std::string> destination = Destination(options, working);
   if (destination) velahost::CheckCanSave(*destination);
 
-  velahost::Host host;
   host.SetWorking(std::move(working.dataSource));
   for (const velahost::ReadingWarning& warning : working.warnings) {
     velahost::Report(BpShowMessage, BpLevelTransferWarning, warning.text, warning.arguments);
@@ -141,8 +151,7 @@ ExitStatus RunApply(const ApplyOptions& options) {
 
   if (destination) RefuseSource(*destination, working.identity, host.sourcesRead);
   const Changes changes = ChangesOf(host.Working());
-  const std::string document = velahost::WriteCodebook(host.Working());  // shows in a dry run too
-  if (destination) velahost::SaveFile(*destination, document);           // what cannot be written
+  WriteWorking(host.Working(), destination);
   WriteOutput(options.json ? JsonText(OutcomeJson(diagnostics, changes, destination))
                            : AccountText(changes, destination));
   return kDone;

@@ -2,12 +2,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "host/Data.h"
 #include "host/Dictionary.h"
 #include "standalone/Codebook/OpenCodebook.h"
+#include "standalone/Files/SourceAhead.h"
 #include "standalone/Output/Diagnostics.h"
 #include "standalone/Syntax/Tokenizer.h"
 
@@ -49,6 +51,8 @@ class Host {
   // The command that is run; it stays while it is parsed.
   Command command = {{Token()}};
   Diagnostics diagnostics;
+  // The source that the program had opened ahead of the command, if it did.
+  std::optional<SourceAhead> sourceAhead;
   // The files that were opened as sources.
   std::vector<FileIdentity> sourcesRead;
   // Whether transformations are pending: a switch for tests.

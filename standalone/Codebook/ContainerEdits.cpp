@@ -1,5 +1,7 @@
 #include "standalone/Codebook/ContainerEdits.h"
 
+#include <utility>
+
 #include "standalone/Codebook/ElementEditor.h"
 #include "standalone/Text/Utf8.h"
 
@@ -43,7 +45,7 @@ void InsertFirst(const Codebook& codebook, const Codebook::Container& container,
     markup += outer.empty() ? layout.newLine : std::string(outer);
   }
   if (container.contentBegin != container.end) {
-    edits.Replace(container.contentBegin, container.contentBegin, markup);
+    edits.Replace(container.contentBegin, container.contentBegin, std::move(markup));
     return;
   }
   // The container has no end tag yet.

@@ -27,6 +27,7 @@ class IdCollector : public XmlHandler {
       for (std::string& id : SplitTokens(attribute[1])) ids_.insert(std::move(id));
     }
   }
+  bool ReadsText(Element /*element*/) const override { return false; }
   void End(std::size_t /*begin*/, std::size_t /*end*/) override {}
   void Text(std::string_view /*text*/) override {}
 

@@ -59,6 +59,8 @@ class DocumentationCopier : public XmlHandler {
     startTagOpen_ = true;
   }
 
+  bool ReadsText(Element /*element*/) const override { return true; }
+
   void End(std::size_t /*begin*/, std::size_t /*end*/) override {
     --depth_;
     if (!copying_) return;

@@ -17,9 +17,15 @@ class Edits {
   // Replaces the bytes from begin to end by a text in UTF-8; an empty stretch is an insertion.
   // Insertions at one position stand in the order in which they were made, before a stretch
   // replaced there. Stretches do not overlap.
-  void Replace(std::size_t begin, std::size_t end, std::string_view utf8);
+  void Replace(std::size_t begin, std::size_t end, std::string utf8);
   // The same with bytes of the document's encoding.
   void ReplaceBytes(std::size_t begin, std::size_t end, std::string bytes);
+
+  // Adds those changes of others that begin from begin on and before end. REQUIRES: the others have
+  // been sorted.
+  void TakeOver(const Edits& others, std::size_t begin, std::size_t end);
+  // Brings the changes into the order of the text.
+  void Sort();
 
   bool Empty() const { return edits_.empty(); }
   // The bytes of the text from begin to end with the changes in them.

@@ -74,6 +74,7 @@ StartTag::StartTag(std::string_view tag) {
   while (!isNameEnd(tag[at])) ++at;
   name_ = tag.substr(1, at - 1);
   attributesEnd_ = at;
+  attributes_.reserve(8);
   for (;;) {
     const std::size_t begin = at;
     while (IsSpace(tag[at])) ++at;
@@ -128,9 +129,9 @@ void ElementEditor::RemoveAttribute(Node node, std::string_view name) {
 }
 
 void ElementEditor::SetText(Node node, std::string_view text) {
-  const std::string escaped = RenderText(text, layout_);
+  std::string escaped = RenderText(text, layout_);
   if (tree_.HasEndTag(node)) {
-    edits_.Replace(tree_.ContentBegin(node), tree_.ContentEnd(node), escaped);
+    edits_.Replace(tree_.ContentBegin(node), tree_.ContentEnd(node), std::move(escaped));
   } else {
     OpenSelfClosing(node, escaped);
   }
@@ -147,12 +148,16 @@ void ElementEditor::Replace(Node node, const NewElement& element) {
 }
 
 void ElementEditor::Insert(Node parent, const NewElement& element) {
-  // Of many that come in turn only the first looks for its place among the children.
-  const bool again = !insertions_.empty() && insertions_.back().parent == parent &&
-                     insertions_.back().element.element == element.element;
-  const Node after = again ? insertions_.back().after : PlaceFor(parent, element.element);
-  insertions_.push_back(
-      {parent, after, RankIn(tree_.ElementOf(parent), element.element), element});
+  const bool repeats = !insertions_.empty() && insertions_.back().parent == parent &&
+                       insertions_.back().element == element.element;
+  if (!repeats) {
+    const Node after = PlaceFor(parent, element.element);
+    const std::size_t rank = RankIn(tree_.ElementOf(parent), element.element);
+    insertions_.push_back({parent, after, rank, element.element, LeadIn(parent, after), {}});
+  }
+  Insertion& insertion = insertions_.back();
+  insertion.markup += insertion.lead;
+  insertion.markup += Render(element, layout_, insertion.lead);
 }
 
 void ElementEditor::Finish() {
@@ -164,22 +169,23 @@ void ElementEditor::Finish() {
   for (std::size_t i = 0; i < insertions_.size();) {
     const Node parent = insertions_[i].parent;
     const Node after = insertions_[i].after;
-    const std::string lead = LeadIn(parent, after);
-    std::string markup;
-    for (;
+    std::string markup = std::move(insertions_[i].markup);
+    for (++i;
          i < insertions_.size() && insertions_[i].parent == parent && insertions_[i].after == after;
          ++i) {
-      markup += lead + Render(insertions_[i].element, layout_, lead);
+      markup += insertions_[i].markup;
     }
     if (after != XmlTree::kNone) {
-      edits_.Replace(tree_.End(after), tree_.End(after), markup);
+      edits_.Replace(tree_.End(after), tree_.End(after), std::move(markup));
       continue;
     }
     // An empty element gets the line of its end tag too.
     const bool empty = tree_.ContentBegin(parent) == tree_.ContentEnd(parent);
-    if (empty && !lead.empty()) markup += LeadBefore(codebook_.text, tree_.Begin(parent));
+    if (empty && !LeadIn(parent, after).empty()) {
+      markup += LeadBefore(codebook_.text, tree_.Begin(parent));
+    }
     if (tree_.HasEndTag(parent)) {
-      edits_.Replace(tree_.ContentBegin(parent), tree_.ContentBegin(parent), markup);
+      edits_.Replace(tree_.ContentBegin(parent), tree_.ContentBegin(parent), std::move(markup));
     } else {
       OpenSelfClosing(parent, markup);
     }

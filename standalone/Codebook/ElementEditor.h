@@ -73,7 +73,9 @@ class ElementEditor {
     XmlTree::Node parent;
     XmlTree::Node after;  // kNone: first in the parent
     std::size_t rank;
-    NewElement element;
+    Element element;
+    std::string lead;
+    std::string markup;  // of one element, or of several of a kind
   };
   XmlTree::Node PlaceFor(XmlTree::Node parent, Element element) const;
   std::string LeadIn(XmlTree::Node parent, XmlTree::Node after) const;

@@ -16,6 +16,7 @@ class ElementReader : private XmlHandler {
 
  private:
   void Start(const XmlStart& start) override { tree_.Start(start); }
+  bool ReadsText(Element element) const override { return XmlTree::ReadsText(element); }
   void End(std::size_t begin, std::size_t end) override { tree_.End(begin, end); }
   void Text(std::string_view text) override { tree_.Text(text); }
 

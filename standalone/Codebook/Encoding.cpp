@@ -27,8 +27,8 @@ const char* NameOf(Encoding encoding) {
   return "UTF-8";
 }
 
-std::string Encode(std::string_view utf8, Encoding encoding) {
-  if (encoding == Encoding::Utf8) return std::string(utf8);
+std::string Encode(std::string utf8, Encoding encoding) {
+  if (encoding == Encoding::Utf8) return utf8;
   const int limit = encoding == Encoding::Latin1 ? 0x100 : 0x80;
   std::string bytes;
   bytes.reserve(utf8.size());
@@ -60,6 +60,8 @@ std::string Decode(std::string_view bytes, Encoding encoding) {
 }
 
 std::string EscapeText(std::string_view text) {
+  const auto isMarkup = [](char c) { return c == '&' || c == '<' || c == '>'; };
+  if (std::none_of(text.begin(), text.end(), isMarkup)) return std::string(text);
   std::string escaped;
   escaped.reserve(text.size());
   for (const char c : text) {

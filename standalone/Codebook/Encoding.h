@@ -16,7 +16,7 @@ const char* NameOf(Encoding encoding);
 
 // Markup or text in UTF-8 as bytes of the encoding. A character that the encoding lacks becomes a
 // character reference.
-std::string Encode(std::string_view utf8, Encoding encoding);
+std::string Encode(std::string utf8, Encoding encoding);
 
 // Bytes of the encoding as UTF-8.
 std::string Decode(std::string_view bytes, Encoding encoding);

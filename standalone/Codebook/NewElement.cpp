@@ -6,7 +6,8 @@ namespace velahost {
 
 namespace {
 
-std::string WithLineEnds(std::string_view text, std::string_view newLine) {
+std::string WithLineEnds(std::string text, std::string_view newLine) {
+  if (newLine == "\n") return text;
   std::string result;
   result.reserve(text.size());
   for (const char c : text) {
@@ -25,16 +26,22 @@ void RenderTo(std::string& markup, const NewElement& element, const Layout& layo
     markup += WithLineEnds(element.markup, layout.newLine);
     return;
   }
-  const std::string name = layout.prefix + std::string(NameOf(element.element));
-  markup += "<" + name;
+  const std::string_view name = NameOf(element.element);
+  markup += '<';
+  markup += layout.prefix;
+  markup += name;
   for (const auto& [attribute, value] : element.attributes) {
-    markup += " " + attribute + "=\"" + EscapeAttribute(value, '"') + "\"";
+    markup += ' ';
+    markup += attribute;
+    markup += "=\"";
+    markup += EscapeAttribute(value, '"');
+    markup += '"';
   }
   if (element.text.empty() && element.children.empty()) {
     markup += "/>";
     return;
   }
-  markup += ">";
+  markup += '>';
   markup += RenderText(element.text, layout);
   if (!element.children.empty()) {
     const std::string inner = lead.empty() ? std::string() : lead + layout.unit;
@@ -44,7 +51,10 @@ void RenderTo(std::string& markup, const NewElement& element, const Layout& layo
     }
     markup += lead;
   }
-  markup += "</" + name + ">";
+  markup += "</";
+  markup += layout.prefix;
+  markup += name;
+  markup += '>';
 }
 
 }  // namespace

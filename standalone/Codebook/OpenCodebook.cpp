@@ -99,6 +99,8 @@ std::size_t FindFile(const Codebook& codebook, const std::optional<std::string>&
 class FileMembership {
  public:
   explicit FileMembership(const CodebookReading& reading) {
+    // Of one file alone every variable is.
+    if (reading.codebook->files.size() == 1) return;
     std::unordered_map<std::string_view, std::size_t> files;
     for (std::size_t i = 0; i < reading.codebook->files.size(); ++i) {
       const std::string& id = reading.codebook->files[i].id;
@@ -119,13 +121,16 @@ class FileMembership {
   }
 
   bool Belongs(std::size_t variable, std::size_t file) const {
-    return std::binary_search(files_[variable].begin(), files_[variable].end(), file);
+    return files_.empty() ||
+           std::binary_search(files_[variable].begin(), files_[variable].end(), file);
   }
   // The first in the document of the variable's files.
-  std::size_t FirstFile(std::size_t variable) const { return files_[variable].front(); }
+  std::size_t FirstFile(std::size_t variable) const {
+    return files_.empty() ? 0 : files_[variable].front();
+  }
 
  private:
-  std::vector<std::vector<std::size_t>> files_;  // of each variable, sorted
+  std::vector<std::vector<std::size_t>> files_;  // of each variable, sorted; empty: one file
 };
 
 // Gives each group its file and its members' names.

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <sys/types.h>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/Data.h"
@@ -49,8 +51,14 @@ OpenedCodebook OpenCodebook(const std::string& specification);
 OpenedCodebook OpenCodebookText(const std::string& path, std::string text,
                                 const std::optional<std::string>& id);
 
-// The document of a data source that OpenCodebook gave, or of a store over it, with every change
-// since then; what was not changed stays byte for byte. The data source stays as it is.
+// Takes the bytes of a document, piece by piece, in order.
+using ByteSink = std::function<void(std::string_view bytes)>;
+
+// Writes the document of a data source that OpenCodebook gave, or of a store over it, with every
+// change since then; what was not changed stays byte for byte. The data source stays as it is. What
+// the sink throws passes on.
+void WriteCodebook(const VELA_DataSource& dataSource, const ByteSink& sink);
+// The same as one text.
 std::string WriteCodebook(const VELA_DataSource& dataSource);
 
 }  // namespace velahost

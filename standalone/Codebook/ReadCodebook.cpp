@@ -51,6 +51,8 @@ class DocumentReader : public XmlHandler {
     }
   }
 
+  bool ReadsText(Element element) const override { return inTree_ && XmlTree::ReadsText(element); }
+
   void End(std::size_t begin, std::size_t end) override {
     if (inTree_) {
       tree_.End(begin, end);
@@ -76,16 +78,15 @@ class DocumentReader : public XmlHandler {
     }
   }
 
-  void Text(std::string_view text) override {
-    if (inTree_) tree_.Text(text);
-  }
+  void Text(std::string_view text) override { tree_.Text(text); }
 
  private:
   void StartRoot(const XmlStart& start) {
     if (LocalNameOf(start.name) != "codeBook") {
-      throw CodebookError(
-          codebook_.path + ": line " + std::to_string(LineCounter(codebook_.text).LineOf(start.begin)) +
-          ": the document is no codebook: its root element is " + start.name + ", not codeBook");
+      throw CodebookError(codebook_.path + ": line " +
+                          std::to_string(LineCounter(codebook_.text).LineOf(start.begin)) +
+                          ": the document is no codebook: its root element is " + start.name +
+                          ", not codeBook");
     }
     codebook_.namespaces.Adopt(start.scope, PrefixOf(start.name));
     codebook_.root.begin = start.begin;

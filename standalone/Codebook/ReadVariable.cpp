@@ -57,9 +57,10 @@ int ReadType(const XmlTree& tree, Node var) {
 
 Format ReadPrintFormat(const XmlTree& tree, Node var, int type) {
   if (const auto format = FormatFor(StatedFormat(tree, var), type)) return *format;
+  static const VELA_Variable::FormatType plain = FormatTypeNamed("F");
   const auto decimals = tree.Attribute(var, "dcml");
   return {
-      FormatTypeNamed("F"), StatedLocationWidth(tree, var).value_or(kDefaultWidth),
+      plain, StatedLocationWidth(tree, var).value_or(kDefaultWidth),
       (decimals ? ReadInteger(Trim(*decimals), 0, std::numeric_limits<short>::max()) : std::nullopt)
           .value_or(0)};
 }
@@ -90,7 +91,9 @@ short ReadColumnWidth(const XmlTree& tree, Node var) {
 // The value labels, and the categories where these are more.
 void ReadValueLabels(const XmlTree& tree, const std::vector<CategoryReading>& readings,
                      VELA_Variable::Impl& variable, bool& longCategoriesNotRead) {
+  if (readings.empty()) return;
   auto set = std::make_shared<VELA_VLImpl>(variable.type);
+  set->Reserve(readings.size());
   int fitting = 0;
   for (const CategoryReading& category : readings) {
     if (!category.fits) {
@@ -143,7 +146,8 @@ class MissingReader {
   }
   void AddString(std::string text) {
     if (values_ == 3) return Fail();
-    strings_[values_++] = std::move(text);
+    strings_.push_back(std::move(text));
+    ++values_;
   }
   void AddRange(std::optional<std::string_view> low, std::optional<std::string_view> high) {
     constexpr double kOpen = std::numeric_limits<double>::infinity();
@@ -169,7 +173,7 @@ class MissingReader {
   bool hasRange_ = false;
   std::size_t values_ = 0;
   std::array<double, 3> numbers_ = {};
-  std::array<std::string, 3> strings_ = {};
+  std::vector<std::string> strings_;
   std::pair<double, double> range_ = {};
 };
 
@@ -269,9 +273,10 @@ VariableReading ReadVariable(const XmlTree& tree, Node var) {
 }
 
 std::vector<CategoryReading> ReadCategories(const XmlTree& tree, Node var, int type) {
+  const std::vector<Node> categories = tree.FindAll(var, Element::catgry);
   std::vector<CategoryReading> readings;
-  for (Node node = tree.Find(var, Element::catgry); node != XmlTree::kNone;
-       node = tree.FindNext(node, Element::catgry)) {
+  readings.reserve(categories.size());
+  for (const Node node : categories) {
     CategoryReading category;
     category.node = node;
     category.label = tree.Find(node, Element::labl);

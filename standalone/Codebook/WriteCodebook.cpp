@@ -1,7 +1,10 @@
 #include <algorithm>
+#include <deque>
+#include <future>
 #include <iterator>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -25,7 +28,15 @@ namespace {
 
 using Node = XmlTree::Node;
 
-// Writes one document: gathers all changes as edits of its text, then applies them.
+// Variables are written so many at a time: enough to be worth a thread, few enough to take little
+// memory.
+constexpr std::size_t kVariablesAtOnce = 512;
+// Stretches of the document that are made at the same time.
+constexpr std::size_t kStretchesAtOnce = 2;
+
+// Writes one document. The changes outside its variables are gathered first, as edits of its text.
+// Then the document goes out in stretches, each with the edits of its variables, which are made on
+// threads of their own while the stretches before are taken.
 class CodebookWriter {
  public:
   explicit CodebookWriter(const VELA_DataSource::Impl& file)
@@ -37,16 +48,47 @@ class CodebookWriter {
         ids_(codebook_),
         newIds_(file.variables.size()) {}
 
-  std::string Write() {
+  void Write(const ByteSink& sink) {
     WriteSetsAndNewIds();
-    WriteVariables();
     WriteFileDescription();
     AddToDataDescription();
     InsertInto(codebook_, codebook_.root, newInRoot_, layout_, edits_);
-    return edits_.Apply(codebook_.text, 0, codebook_.text.size());
+    edits_.Sort();
+    std::deque<std::future<std::string>> made;
+    for (const Stretch& stretch : Stretches()) {
+      if (made.size() == kStretchesAtOnce) {
+        sink(made.front().get());
+        made.pop_front();
+      }
+      made.push_back(std::async(&CodebookWriter::BytesOf, this, stretch));
+    }
+    for (std::future<std::string>& last : made) sink(last.get());
   }
 
  private:
+  // A part of the text, and the columns whose variables stand in it.
+  struct Stretch {
+    std::size_t begin;
+    std::size_t end;
+    std::size_t firstColumn;
+    std::size_t lastColumn;  // the one behind them
+  };
+
+  // The text from end to end, cut behind variables.
+  std::vector<Stretch> Stretches() const {
+    std::vector<Stretch> stretches;
+    std::size_t begin = 0;
+    for (std::size_t column = 0; column < file_.readCount; column += kVariablesAtOnce) {
+      const std::size_t last = std::min(column + kVariablesAtOnce, file_.readCount);
+      const std::size_t end = AsRead(last - 1).end;
+      stretches.push_back({begin, end, column, last});
+      begin = end;
+    }
+    // One byte more than there is takes in what is inserted behind all.
+    stretches.push_back({begin, codebook_.text.size() + 1, 0, 0});
+    return stretches;
+  }
+
   const VELA_Variable::Impl& Variable(std::size_t column) const {
     return HostAccess::Of(file_.variables[column]);
   }
@@ -69,14 +111,23 @@ class CodebookWriter {
     return newIds_[column];
   }
 
-  void WriteVariables() {
-    for (std::size_t i = 0; i < file_.readCount; ++i) {
+  // A stretch with all changes in it. Called on several threads at once.
+  std::string BytesOf(const Stretch& stretch) const {
+    Edits edits(codebook_.encoding);
+    WriteVariables(stretch, edits);
+    edits.TakeOver(edits_, stretch.begin, stretch.end);
+    return edits.Apply(codebook_.text, stretch.begin, std::min(stretch.end, codebook_.text.size()));
+  }
+
+  void WriteVariables(const Stretch& stretch, Edits& edits) const {
+    ElementReader reader(codebook_);
+    for (std::size_t i = stretch.firstColumn; i < stretch.lastColumn; ++i) {
       const VELA_Variable::Impl& variable = Variable(i);
       const bool weights =
           SetsWeight() && file_.now.weight == static_cast<int>(i) && !AsRead(i).weights;
       if (!variable.before && !weights && newIds_[i].empty()) continue;
-      const XmlTree& tree = reader_.Read(AsRead(i));
-      ElementEditor editor(codebook_, layout_, tree, edits_);
+      const XmlTree& tree = reader.Read(AsRead(i));
+      ElementEditor editor(codebook_, layout_, tree, edits);
       if (!newIds_[i].empty()) editor.SetAttribute(tree.Root(), "ID", newIds_[i]);
       if (weights) editor.SetAttribute(tree.Root(), "wgt", "wgt");
       WriteVariable(variable, tree, tree.Root(), editor);
@@ -175,8 +226,14 @@ class CodebookWriter {
 
 }  // namespace
 
+void WriteCodebook(const VELA_DataSource& dataSource, const ByteSink& sink) {
+  CodebookWriter(HostAccess::Of(dataSource)).Write(sink);
+}
+
 std::string WriteCodebook(const VELA_DataSource& dataSource) {
-  return CodebookWriter(HostAccess::Of(dataSource)).Write();
+  std::string document;
+  WriteCodebook(dataSource, [&](std::string_view bytes) { document += bytes; });
+  return document;
 }
 
 }  // namespace velahost

@@ -168,7 +168,8 @@ class SetWriter {
     const auto references = tree.Attribute(tree.Root(), "varGrp");
     if (!references) return;
     std::vector<std::string> tokens = SplitTokens(*references);
-    const auto gone = std::erase_if(tokens, [&](const std::string& id) { return goneIds_.contains(id); });
+    const auto gone =
+        std::erase_if(tokens, [&](const std::string& id) { return goneIds_.contains(id); });
     if (gone == 0) return;
     tokens.empty() ? editor.RemoveAttribute(tree.Root(), "varGrp")
                    : editor.SetAttribute(tree.Root(), "varGrp", JoinTokens(tokens));

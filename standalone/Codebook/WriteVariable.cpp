@@ -33,6 +33,7 @@ std::string ValueText(const VELA_VLImpl& set, int position) {
 NewElement NewCategory(std::string value, const std::string& label, bool missing) {
   NewElement category{.element = Element::catgry, .attributes = {}};
   if (missing) category.attributes.emplace_back("missing", "Y");
+  category.children.reserve(2);
   category.children.push_back(TextElement(Element::catValu, std::move(value)));
   category.children.push_back(TextElement(Element::labl, label));
   return category;
@@ -100,27 +101,28 @@ class VariableWriter {
         var_(var),
         editor_(editor),
         set_(HostAccess::Of(now_.valueLabels)),
-        categories_(ReadCategories(tree, var, variable.type)) {
-    for (const char* property : DifferingProperties(variable.AsRead(), now_)) {
-      changed_.insert(property);
-    }
-  }
+        categories_(ReadCategories(tree, var, variable.type)),
+        changed_(DifferingProperties(variable.AsRead(), now_)) {}
 
   void Write() {
-    if (changed_.contains("label")) WriteLabel();
-    if (changed_.contains("valueLabels") || changed_.contains("missing")) WriteCategories();
-    if (changed_.contains("missing")) WriteMissing();
+    if (Changed("label")) WriteLabel();
+    if (Changed("valueLabels") || Changed("missing")) WriteCategories();
+    if (Changed("missing")) WriteMissing();
     WriteFormat();
-    if (changed_.contains("level")) {
+    if (Changed("level")) {
       editor_.SetAttribute(var_, "nature", NatureOf(now_.level));
     }
-    if (changed_.contains("columnWidth")) WriteNeeded(ColumnWidthNote(now_));
-    if (changed_.contains("role")) WriteNeeded(RoleNote(now_));
-    if (changed_.contains("alignment")) WriteNeeded(AlignmentNote(now_, variable_.type));
-    if (changed_.contains("attributes")) WriteAttributes(now_.attributes, tree_, var_, editor_);
+    if (Changed("columnWidth")) WriteNeeded(ColumnWidthNote(now_));
+    if (Changed("role")) WriteNeeded(RoleNote(now_));
+    if (Changed("alignment")) WriteNeeded(AlignmentNote(now_, variable_.type));
+    if (Changed("attributes")) WriteAttributes(now_.attributes, tree_, var_, editor_);
   }
 
  private:
+  bool Changed(std::string_view property) const {
+    return std::find(changed_.begin(), changed_.end(), property) != changed_.end();
+  }
+
   void WriteLabel() {
     const Node labl = tree_.Find(var_, Element::labl);
     const std::string& label = now_.label.value_or("");
@@ -170,13 +172,13 @@ class VariableWriter {
       if (known) continue;
       const std::string value = ValueText(*set_, i);
       longest_ = std::max(longest_, value.size());
-      const bool missing = changed_.contains("missing") && IsMissing(now_.missing, *set_, i);
+      const bool missing = Changed("missing") && IsMissing(now_.missing, *set_, i);
       editor_.Insert(var_, NewCategory(value, set_->LabelAt(i), missing));
     }
   }
 
   void WriteCategory(const CategoryReading& category, bool first) {
-    const bool missing = changed_.contains("missing")
+    const bool missing = Changed("missing")
                              ? (variable_.type > 0 ? now_.missing.Contains(category.text)
                                                    : now_.missing.Contains(category.number))
                              : category.flaggedMissing;
@@ -209,9 +211,8 @@ class VariableWriter {
     if (goneIds_.empty()) return;
     for (const Node group : tree_.FindAll(var_, Element::catgryGrp)) {
       std::vector<std::string> ids = SplitTokens(tree_.Attribute(group, "catgry").value_or(""));
-      const auto gone = std::erase_if(ids, [this](const std::string& id) {
-        return goneIds_.contains(id);
-      });
+      const auto gone =
+          std::erase_if(ids, [this](const std::string& id) { return goneIds_.contains(id); });
       if (gone == 0) continue;
       ids.empty() ? editor_.RemoveAttribute(group, "catgry")
                   : editor_.SetAttribute(group, "catgry", JoinTokens(ids));
@@ -250,7 +251,7 @@ class VariableWriter {
   }
 
   void WriteFormat() {
-    const bool print = changed_.contains("print");
+    const bool print = Changed("print");
     if (print || WidthWouldChange()) {
       const std::string name = WriteFormatName(now_.print);
       const Node varFormat = tree_.Find(var_, Element::varFormat);
@@ -262,15 +263,15 @@ class VariableWriter {
                                              {"formatname", name}}});
       }
     }
-    if (print || changed_.contains("write")) WriteNeeded(WriteFormatNote(now_));
+    if (print || Changed("write")) WriteNeeded(WriteFormatNote(now_));
   }
 
   // Whether a width that is read off the values would be another with the values as they are now.
   bool WidthWouldChange() const {
     if (variable_.type == 0 || StatedStringWidth(tree_, var_)) return false;
-    if (!changed_.contains("valueLabels") && !changed_.contains("missing")) return false;
+    if (!Changed("valueLabels") && !Changed("missing")) return false;
     std::size_t longest = longest_;
-    if (changed_.contains("missing")) {
+    if (Changed("missing")) {
       for (const std::string& value : now_.missing.strings) {
         longest = std::max(longest, TrimTrailingBlanks(value).size());
       }
@@ -292,7 +293,7 @@ class VariableWriter {
   ElementEditor& editor_;
   const VELA_VLImpl* set_;
   std::vector<CategoryReading> categories_;
-  std::set<std::string_view> changed_;
+  std::vector<const char*> changed_;
   std::size_t longest_ = 0;                  // of the categories' values as they will be
   std::unordered_set<std::string> goneIds_;  // of categories that go
 };

@@ -43,6 +43,10 @@ struct XmlParser::Callbacks {
           self.namespaces_.IsStandard(scope, known.prefix) ? known.element : Element::Foreign;
       const std::size_t begin = self.Position();
       const auto length = static_cast<std::size_t>(XML_GetCurrentByteCount(self.parser_));
+      if (self.textDepth_ == 0 && self.handler_.ReadsText(element)) {
+        self.textDepth_ = self.depth_;
+        XML_SetCharacterDataHandler(self.parser_, Text);
+      }
       self.handler_.Start({element, name, attributes, begin, begin + length, scope});
     });
   }
@@ -50,6 +54,10 @@ struct XmlParser::Callbacks {
   static void End(void* data, const char* /*name*/) {
     auto& self = *static_cast<XmlParser*>(data);
     Guard(self, [&] {
+      if (self.depth_ == self.textDepth_) {
+        self.textDepth_ = 0;
+        XML_SetCharacterDataHandler(self.parser_, nullptr);
+      }
       if (--self.depth_ < self.outermost_) return;
       self.scopes_.pop_back();
       const std::size_t begin = self.Position();
@@ -60,7 +68,6 @@ struct XmlParser::Callbacks {
 
   static void Text(void* data, const char* text, int length) {
     auto& self = *static_cast<XmlParser*>(data);
-    if (self.depth_ <= self.outermost_) return;
     Guard(self, [&] { self.handler_.Text({text, static_cast<std::size_t>(length)}); });
   }
 
@@ -68,7 +75,7 @@ struct XmlParser::Callbacks {
   // itself, since nothing outside is ever opened.
   static void SkippedEntity(void* data, const char* name, int isParameterEntity) {
     auto& self = *static_cast<XmlParser*>(data);
-    if (isParameterEntity != 0 || self.depth_ <= self.outermost_) return;
+    if (isParameterEntity != 0 || self.textDepth_ == 0) return;
     Guard(self, [&] { self.handler_.Text("&" + std::string(name) + ";"); });
   }
 
@@ -125,7 +132,6 @@ void XmlParser::SetCallbacks() {
   if (parser_ == nullptr) throw std::bad_alloc();
   XML_SetUserData(parser_, this);
   XML_SetElementHandler(parser_, Callbacks::Start, Callbacks::End);
-  XML_SetCharacterDataHandler(parser_, Callbacks::Text);
   XML_SetSkippedEntityHandler(parser_, Callbacks::SkippedEntity);
   XML_SetXmlDeclHandler(parser_, Callbacks::Declaration);
   XML_SetEntityDeclHandler(parser_, Callbacks::EntityDeclaration);

@@ -40,9 +40,12 @@ struct XmlStart {
 class XmlHandler {
  public:
   virtual void Start(const XmlStart& start) = 0;
+  // Whether the text in an element, that of the elements in it included, is to be reported. Most
+  // text is white space between elements, and what is not reported costs little.
+  virtual bool ReadsText(Element element) const = 0;
   // The end tag's bytes; both are the element's end for an element without an end tag.
   virtual void End(std::size_t begin, std::size_t end) = 0;
-  // A piece of text in UTF-8.
+  // A piece of text in UTF-8, in an element whose text is read.
   virtual void Text(std::string_view text) = 0;
 
  protected:
@@ -94,6 +97,7 @@ class XmlParser {
   std::ptrdiff_t fed_ = 0;
   std::size_t depth_ = 0;
   std::size_t outermost_ = 0;  // elements of the parser's own around what is reported
+  std::size_t textDepth_ = 0;  // of the open element whose text is reported; 0 if there is none
   std::exception_ptr failure_;
 };
 

@@ -47,6 +47,11 @@ void XmlTree::End(std::size_t begin, std::size_t end) {
 
 void XmlTree::Text(std::string_view text) { texts_ += text; }
 
+bool XmlTree::ReadsText(Element element) {
+  return element == Element::labl || element == Element::catValu || element == Element::notes ||
+         element == Element::fileCont;
+}
+
 XmlTree::Node XmlTree::Find(Node parent, Element element) const {
   const Node first = FirstChild(parent);
   return first == kNone || ElementOf(first) == element ? first : FindNext(first, element);

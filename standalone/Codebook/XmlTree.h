@@ -10,8 +10,9 @@
 
 namespace velahost {
 
-// One element of a document with all that is in it: texts, attributes, and where each element
-// stands. It is filled by the events of a parse and lives as long as the parser.
+// One element of a document with all that is in it: attributes, where each element stands, and the
+// texts that a dictionary is read from. It is filled by the events of a parse and lives as long as
+// the parser.
 class XmlTree {
  public:
   using Node = int;
@@ -22,6 +23,8 @@ class XmlTree {
   void Start(const XmlStart& start);
   void End(std::size_t begin, std::size_t end);
   void Text(std::string_view text);
+  // The elements whose text is kept.
+  static bool ReadsText(Element element);
   // Whether the element's end has come.
   bool Complete() const { return open_ == kNone && !nodes_.empty(); }
 
@@ -37,6 +40,7 @@ class XmlTree {
   std::vector<Node> FindAll(Node parent, Element element) const;
 
   // The text of the element with that of all elements in it, as it stands.
+  // REQUIRES: ReadsText(ElementOf(node)).
   std::string_view Text(Node node) const;
   // An attribute's value; nothing if the element does not have it.
   std::optional<std::string_view> Attribute(Node node, std::string_view name) const;

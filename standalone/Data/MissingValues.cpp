@@ -15,8 +15,7 @@ bool MissingValues::Contains(double number) const {
 }
 
 bool MissingValues::Contains(std::string_view text) const {
-  const auto end = strings.begin() + std::abs(count);
-  return std::find(strings.begin(), end, text) != end;
+  return std::find(strings.begin(), strings.end(), text) != strings.end();
 }
 
 }  // namespace velahost

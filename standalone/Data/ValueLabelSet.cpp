@@ -38,12 +38,11 @@ std::vector<int> Index(const Values& values) {
 }
 
 template <class Values, class Value>
-int PositionOf(std::vector<int>& slots, const Values& values, const Value& value) {
-  if (values.size() <= kFew) {
+int PositionOf(const std::vector<int>& slots, const Values& values, const Value& value) {
+  if (slots.empty()) {
     const auto found = std::find(values.begin(), values.end(), value);
     return found == values.end() ? -1 : static_cast<int>(found - values.begin());
   }
-  if (slots.empty()) slots = Index(values);
   return slots[SlotOf(slots, values, value)];
 }
 
@@ -58,7 +57,7 @@ void Append(Value value, std::string label, std::vector<Value>& values,
             std::vector<std::string>& labels, std::vector<int>& slots) {
   MakeRoom(values);
   MakeRoom(labels);
-  if (!slots.empty()) {
+  if (values.size() >= kFew) {
     if (slots.size() < 2 * (values.size() + 1)) slots = Index(values);
     slots[SlotOf(slots, values, value)] = static_cast<int>(values.size());
   }
@@ -90,6 +89,11 @@ int VELA_VLImpl::FindValueOf(const VELA_VLImpl& other, int position) const {
   return type_ == 0 ? FindNumber(other.NumberAt(position)) : FindString(other.StringAt(position));
 }
 
+void VELA_VLImpl::Reserve(std::size_t pairs) {
+  labels_.reserve(pairs);
+  type_ == 0 ? numbers_.reserve(pairs) : strings_.reserve(pairs);
+}
+
 void VELA_VLImpl::AddNumber(double number, std::string label) {
   Append(number, std::move(label), numbers_, labels_, slots_);
 }
@@ -108,8 +112,7 @@ void VELA_VLImpl::Add(const OBS* value, std::string label) {
 
 std::shared_ptr<VELA_VLImpl> VELA_VLImpl::AtWidth(int width) const {
   auto converted = std::make_shared<VELA_VLImpl>(width);
-  converted->strings_.reserve(strings_.size());
-  converted->labels_.reserve(labels_.size());
+  converted->Reserve(strings_.size());
   for (std::size_t i = 0; i < strings_.size(); ++i) {
     std::string text = velahost::AtWidth(strings_[i], width);
     if (width < type_ && converted->FindString(text) >= 0) continue;
@@ -120,12 +123,10 @@ std::shared_ptr<VELA_VLImpl> VELA_VLImpl::AtWidth(int width) const {
 
 std::shared_ptr<VELA_VLImpl> VELA_VLImpl::InOrder(const std::vector<int>& order) const {
   auto ordered = std::make_shared<VELA_VLImpl>(type_);
-  ordered->labels_.reserve(order.size());
+  ordered->Reserve(order.size());
   if (type_ == 0) {
-    ordered->numbers_.reserve(order.size());
     for (const int position : order) ordered->AddNumber(NumberAt(position), LabelAt(position));
   } else {
-    ordered->strings_.reserve(order.size());
     for (const int position : order) ordered->AddString(StringAt(position), LabelAt(position));
   }
   return ordered;

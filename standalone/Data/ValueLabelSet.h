@@ -30,14 +30,15 @@ class VELA_VLImpl {
     return labels_[static_cast<std::size_t>(position)];
   }
 
-  // The position of the value's pair, or -1. Takes constant time on large sets. The first look-up
-  // in a large set builds its index, so that a set that threads share is not looked up in.
+  // The position of the value's pair, or -1. Takes constant time on large sets.
   int Find(const OBS* value) const;
   int FindNumber(double number) const;
   int FindString(std::string_view text) const;  // REQUIRES: text.size() == Type()
   // The position of the pair of the value that another set of this type has at a position, or -1.
   int FindValueOf(const VELA_VLImpl& other, int position) const;
 
+  // Makes room for so many pairs.
+  void Reserve(std::size_t pairs);
   // Adds a pair at the end. REQUIRES: the set does not have the value; text.size() == Type().
   void AddNumber(double number, std::string label);
   void AddString(std::string text, std::string label);
@@ -59,6 +60,6 @@ class VELA_VLImpl {
   std::vector<std::string> strings_;  // of a set of strings
   std::vector<std::string> labels_;
   // Positions by the hash of the value, -1 where a slot is free; a power of two of slots, at most
-  // half of them taken. Empty until the first look-up in a set of more than a few pairs.
-  mutable std::vector<int> slots_;
+  // half of them taken. Empty in a set of a few pairs.
+  std::vector<int> slots_;
 };

@@ -167,7 +167,7 @@ void VELA_Variable::SetMissingValues(int count, const OBS* first, const OBS* sec
     if (impl_->type == 0) {
       next.numbers[i] = velahost::NumberIn(cells[i]);
     } else {
-      next.strings[i] = velahost::StringIn(cells[i], impl_->type);
+      next.strings.push_back(velahost::StringIn(cells[i], impl_->type));
     }
   }
   if (next != impl_->now.missing) impl_->Change().missing = std::move(next);

@@ -64,8 +64,8 @@ const std::string& NameOf(VELA_Variable::FormatType type);
 // high); -3 a range and a value. An open end of a range is an infinite number.
 struct MissingValues {
   int count = 0;
-  std::array<double, 3> numbers = {};       // of a numeric variable
-  std::array<std::string, 3> strings = {};  // of a string variable, each of its width
+  std::array<double, 3> numbers = {};     // of a numeric variable
+  std::vector<std::string> strings = {};  // of a string variable, each of its width
 
   bool operator==(const MissingValues&) const = default;
   // Whether a numeric or string value is one of them.

@@ -244,13 +244,17 @@ class TemporaryFile {
 
 }  // namespace
 
-void SaveFile(const std::string& path, std::string_view bytes) {
+void SaveFile(const std::string& path, const std::function<void(const ByteSink& sink)>& write) {
   const Target target = CheckedTarget(path);
   const SignalsHeld held;
   TemporaryFile file(path, target);
-  file.Write(bytes);
+  write([&](std::string_view bytes) { file.Write(bytes); });
   if (target.isThere) file.TakePermissionsOf(target);
   file.Replace(target);
+}
+
+void SaveFile(const std::string& path, std::string_view bytes) {
+  SaveFile(path, [bytes](const ByteSink& sink) { sink(bytes); });
 }
 
 void CheckCanSave(const std::string& path) { CheckedTarget(path); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -16,13 +17,15 @@ class SaveError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Writes a whole file: afterwards it holds the bytes, or SaveError was thrown and the file is as it
-// was (as it was not, if there was none). No one who reads it sees a part of it.
+// Writes a whole file: afterwards it holds the bytes that `write` gave the sink, or something was
+// thrown (SaveError, or what `write` threw) and the file is as it was (as it was not, if there was
+// none). No one who reads it sees a part of it.
 //
 // Links are followed, also to a file that is not there yet, and stay. A file that was there keeps
 // its permissions and, where the system lets us, its owner and group; a new one gets what the
 // process gives new files. What is there and no regular file, or write-protected, is refused.
 // An interrupt that comes meanwhile takes effect when the file is whole.
+void SaveFile(const std::string& path, const std::function<void(const ByteSink& sink)>& write);
 void SaveFile(const std::string& path, std::string_view bytes);
 
 // Throws the SaveError that SaveFile would throw as far as that can be told without writing: the

@@ -16,6 +16,9 @@ namespace {
 
 velahost::OpenedCodebook Open(const std::string& file) {
   try {
+    if (auto& ahead = velahost::Host::Current().sourceAhead) {
+      if (auto opened = ahead->Take(file)) return std::move(*opened);
+    }
     return velahost::OpenCodebook(file);
   } catch (const velahost::CodebookError& error) {
     throw ErrorText(velahost::EscapeMessage(error.what()));

@@ -50,7 +50,10 @@ std::optional<double> ReadNumber(std::string_view text) {
 }
 
 std::string WriteNumber(double number) {
-  if (number == 0) return "0";
+  constexpr double kMostWhole = 1e15;  // up to here every whole number is a double
+  if (std::abs(number) < kMostWhole && number == std::trunc(number)) {
+    return std::to_string(static_cast<long long>(number));
+  }
   // The shortest digits come as "d.ddde-07"; they are laid out anew around the decimal point.
   char buffer[32];
   const auto result = std::to_chars(buffer, buffer + sizeof buffer, std::abs(number),
