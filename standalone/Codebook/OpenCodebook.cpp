@@ -14,25 +14,12 @@
 #include "standalone/Codebook/ReadCodebook.h"
 #include "standalone/Data/DataSource.h"
 #include "standalone/Data/Variable.h"
+#include "standalone/Files/Descriptor.h"
 #include "standalone/Text/Utf8.h"
 
 namespace velahost {
 
 namespace {
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  int Number() const { return number_; }
-
- private:
-  int number_;
-};
 
 struct FileText {
   std::string text;
@@ -46,7 +33,7 @@ struct FileText {
 FileText ReadText(const std::string& path) {
   // Without O_NONBLOCK a pipe that nobody writes to would never be opened.
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.Number() < 0) CannotRead(path, std::strerror(errno));
+  if (!file.IsOpen()) CannotRead(path, std::strerror(errno));
   struct stat status = {};
   if (fstat(file.Number(), &status) != 0) CannotRead(path, std::strerror(errno));
   if (!S_ISREG(status.st_mode)) {
