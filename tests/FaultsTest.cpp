@@ -59,6 +59,9 @@ struct OtherException {};
 // One run of a command, in which the call at the given place fails.
 class FaultyRun {
  public:
+  // The order in which the objects of a run are released.
+  static inline const std::vector<std::string> kInOrder = {
+      "ProcedureDataSource", "UserInputCaseFile", "BpProcedure", "UserCaseFileSpec"};
   // In place of a place: none fails.
   static constexpr std::size_t kNoFault = static_cast<std::size_t>(-1);
   static constexpr std::size_t kKeepStates = static_cast<std::size_t>(-2);
@@ -125,9 +128,6 @@ class FaultyRun {
   std::string passedOn;              // the exception that came through
 
  private:
-  static inline const std::vector<std::string> kInOrder = {
-      "ProcedureDataSource", "UserInputCaseFile", "BpProcedure", "UserCaseFileSpec"};
-
   // The class whose object the operation makes, of those that only the library makes.
   static std::string Constructed(const std::string& operation) {
     static const std::set<std::string> classes = {
@@ -156,10 +156,8 @@ class FaultCommands : public testing::Test {
   FaultCommands() : working_(folder_.Write("working.xml", kWorking)) {
     folder_.Write("source.xml", kSource);
   }
-  std::string WithSource(std::string command) const {
-    const std::size_t at = command.find("SRC");
-    if (at != std::string::npos) command.replace(at, 3, "'" + folder_.At("source.xml") + "'");
-    return command;
+  std::string WithSource(const std::string& command) const {
+    return Replaced(command, "SRC", "'" + folder_.At("source.xml") + "'");
   }
 
   const Folder folder_;
@@ -203,12 +201,10 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
       EXPECT_EQ(run.State(), state) << "changed further, or not as far";
       EXPECT_TRUE(session.host.openFrames.empty());
       for (const auto& [object, count] : run.alive) EXPECT_EQ(count, 0) << object;
-      const std::vector<std::string> inOrder = {"ProcedureDataSource", "UserInputCaseFile",
-                                                "BpProcedure", "UserCaseFileSpec"};
-      auto place = inOrder.begin();
+      auto place = FaultyRun::kInOrder.begin();
       for (const std::string& object : run.ended) {
-        place = std::find(place, inOrder.end(), object);
-        EXPECT_NE(place, inOrder.end()) << object << " is released too late";
+        place = std::find(place, FaultyRun::kInOrder.end(), object);
+        EXPECT_NE(place, FaultyRun::kInOrder.end()) << object << " is released too late";
       }
       if (fault != static_cast<Fault>(i % 3)) continue;
       const FaultyRun next(session, command, FaultyRun::kNoFault, fault);

@@ -24,6 +24,12 @@
 
 extern "C" void applydic_();
 
+// The text with the first place where `what` stands replaced.
+inline std::string Replaced(std::string text, std::string_view what, std::string_view by) {
+  const std::size_t at = text.find(what);
+  return at == std::string::npos ? text : text.replace(at, what.size(), by);
+}
+
 // A folder of its own that goes with this object.
 class Folder {
  public:

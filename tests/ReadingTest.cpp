@@ -20,11 +20,6 @@ struct Opening {
 };
 void PrintTo(const Opening& opening, std::ostream* out) { *out << opening.name; }
 
-std::string WithPath(std::string text, const std::string& path) {
-  const std::size_t at = text.find("PATH");
-  return at == std::string::npos ? text : text.replace(at, 4, path);
-}
-
 class Refusal : public testing::TestWithParam<Opening> {};
 
 TEST_P(Refusal, NamesTheFileThePlaceAndTheReason) {
@@ -34,7 +29,7 @@ TEST_P(Refusal, NamesTheFileThePlaceAndTheReason) {
     velahost::OpenCodebook(path + GetParam().id);
     FAIL() << "not refused";
   } catch (const velahost::CodebookError& error) {
-    EXPECT_EQ(error.what(), WithPath(GetParam().message, path));
+    EXPECT_EQ(error.what(), Replaced(GetParam().message, "PATH", path));
   }
 }
 
@@ -71,8 +66,7 @@ const Opening kRefused[] = {
      "PATH: line 1, column 1: encoding windows-1252 cannot be read: save the document as UTF-8, "
      "US-ASCII or ISO-8859-1"},
     {"Utf16", std::string("\xFF\xFE<\0c\0", 6),
-     "PATH: encoding UTF-16 cannot be read: save the document as UTF-8"},
-};
+     "PATH: encoding UTF-16 cannot be read: save the document as UTF-8"}};
 INSTANTIATE_TEST_SUITE_P(All, Refusal, testing::ValuesIn(kRefused),
                          [](const auto& param) { return std::string(param.param.name); });
 

@@ -40,14 +40,14 @@ const Words kReleases = {{"UserCaseFileSpec::~UserCaseFileSpec", "-record"},
                          {"DEDataStore::~DEDataStore", "-store"}};
 
 // Thrown where something happens, or issued there.
-enum class Fault { kNone, kErrorText, kOther, kFatalError };
+enum class Fault { kErrorText, kOther, kFatalError };
 
 struct Ordering {
   const char* name;
-  std::vector<std::string> commands;
-  std::string calls;  // of the last command
-  Fault fault = Fault::kNone;
-  std::string at = "";  // the word of the call that fails
+  std::string commands;  // each but the last ended by a period and a line end
+  std::string calls;     // of the last command
+  std::string at = "";   // the word of the call that fails
+  Fault fault = Fault::kErrorText;
 };
 void PrintTo(const Ordering& ordering, std::ostream* out) { *out << ordering.name; }
 
@@ -61,11 +61,8 @@ constexpr const char* kSource =
 // A session in a folder with a source.
 struct Runner : Folder {
   Runner() : session(Write("working.xml", kWorking)) { Write("source.xml", kSource); }
-  void operator()(std::string command) {
-    if (const std::size_t at = command.find("SRC"); at != std::string::npos) {
-      command.replace(at, 3, "'" + At("source.xml") + "'");
-    }
-    session.Run(command);
+  void operator()(const std::string& command) {
+    session.Run(Replaced(command, "SRC", "'" + At("source.xml") + "'"));
   }
   velahost::Host& Host() { return session.host; }
   Session session;
@@ -76,7 +73,11 @@ class Order : public testing::TestWithParam<Ordering> {};
 TEST_P(Order, OfCallsAndReleases) {
   const Ordering& ordering = GetParam();
   Runner run;
-  for (std::size_t i = 0; i + 1 < ordering.commands.size(); ++i) run(ordering.commands[i]);
+  std::string command = ordering.commands;
+  if (const std::size_t end = command.find("\n"); end != std::string::npos) {
+    run(command.substr(0, end));
+    command.erase(0, end + 1);
+  }
   std::string calls;
   bool failed = false;
   const auto note = [&](const Words& words, const std::string& operation) {
@@ -95,58 +96,39 @@ TEST_P(Order, OfCallsAndReleases) {
         },
         [&](const std::string& operation) { note(kReleases, operation); });
     if (ordering.fault == Fault::kOther) {
-      EXPECT_THROW(run(ordering.commands.back()), std::runtime_error);
+      EXPECT_THROW(run(command), std::runtime_error);
     } else {
-      run(ordering.commands.back());
+      run(command);
     }
   }
   EXPECT_EQ(calls, ordering.calls);
   EXPECT_TRUE(run.Host().openFrames.empty());
 }
 
-const std::string kOpened = "+record +frame dictionary +context +command +file -command ";
+const std::string kStart = "+record +frame dictionary +context +command ";
+const std::string kOpened = kStart + "+file -command ";
 const std::string kClosed = "-context -file -frame -record";
 const std::string kStore = "+store setActive dictionary ";
 
 const Ordering kOrderings[] = {
-    {"ByName", {"FROM SRC"}, kOpened + "label " + kClosed},
-    {"WorkingFile", {"FROM * /VARINFO WIDTH"}, kOpened + kClosed},
-    {"NewVars", {"FROM SRC /NEWVARS"}, kOpened + kStore + "label insert reIndex active " + kClosed},
-    {"NewVarsOfAStore",
-     {"FROM SRC /NEWVARS", "FROM SRC /NEWVARS"},
+    {"ByName", "FROM SRC", kOpened + "label " + kClosed},
+    {"WorkingFile", "FROM * /VARINFO WIDTH", kOpened + kClosed},
+    {"NewVars", "FROM SRC /NEWVARS", kOpened + kStore + "label insert reIndex active " + kClosed},
+    {"NewVarsOfAStore", "FROM SRC /NEWVARS.\nFROM SRC /NEWVARS",
      kOpened + "label reIndex active " + kClosed},
-    {"WithoutNewVarsAStoreStays", {"FROM SRC /NEWVARS", "FROM SRC"}, kOpened + "label " + kClosed},
-    {"FromMissing",
-     {"NEWVARS"},
-     "+record +frame dictionary +context +command error -command -context -frame -record"},
-    {"ParseFails",
-     {"FROM SRC /VARINFO VALLABELS=X /NEWVARS"},
-     "+record +frame dictionary +context +command +file error -command " + kClosed},
-    {"FileCannotBeOpened",
-     {"FROM 'none.xml'"},
-     "+record +frame dictionary +context +command +file -command -context error -frame -record"},
-    {"ErrorTextInTheParse",
-     {"FROM SRC"},
-     "+record +frame dictionary +context +command -context error -frame -record",
-     Fault::kErrorText,
-     "+command"},
-    {"ErrorText",
-     {"FROM SRC"},
-     kOpened + "label -context error -file -frame -record",
-     Fault::kErrorText,
-     "label"},
-    {"Other", {"FROM SRC"}, kOpened + "label " + kClosed, Fault::kOther, "label"},
-    {"ErrorTextAfterTheStore",
-     {"FROM SRC /NEWVARS"},
-     kOpened + kStore + "label insert -context error -file -frame -record",
-     Fault::kErrorText,
-     "insert"},
-    {"FatalErrorInApply",
-     {"FROM SRC /NEWVARS"},
-     kOpened + kStore + "label insert " + kClosed,
-     Fault::kFatalError,
-     "insert"},
-};
+    {"WithoutNewVarsAStoreStays", "FROM SRC /NEWVARS.\nFROM SRC", kOpened + "label " + kClosed},
+    {"FromMissing", "NEWVARS", kStart + "error -command -context -frame -record"},
+    {"ParseFails", "FROM SRC /VARINFO VALLABELS=X /NEWVARS",
+     kStart + "+file error -command " + kClosed},
+    {"FileCannotBeOpened", "FROM 'none.xml'",
+     kStart + "+file -command -context error -frame -record"},
+    {"ErrorTextInTheParse", "FROM SRC", kStart + "-context error -frame -record", "+command"},
+    {"ErrorText", "FROM SRC", kOpened + "label -context error -file -frame -record", "label"},
+    {"Other", "FROM SRC", kOpened + "label " + kClosed, "label", Fault::kOther},
+    {"ErrorTextAfterTheStore", "FROM SRC /NEWVARS",
+     kOpened + kStore + "label insert -context error -file -frame -record", "insert"},
+    {"FatalErrorInApply", "FROM SRC /NEWVARS", kOpened + kStore + "label insert " + kClosed,
+     "insert", Fault::kFatalError}};
 INSTANTIATE_TEST_SUITE_P(All, Order, testing::ValuesIn(kOrderings),
                          [](const auto& param) { return std::string(param.param.name); });
 

@@ -31,12 +31,12 @@ std::string Document(const std::string& variables, const std::string& fileDscr =
          fileDscr + "</fileDscr>\n  <dataDscr>\n" + variables + "  </dataDscr>\n</codeBook>\n";
 }
 
-std::string Replaced(std::string text, const Saving& saving) {
+std::string Changed(std::string text, const Saving& saving) {
   for (const auto& [from, to] : saving.changes) {
     const std::size_t at = text.find(from);
-    EXPECT_TRUE(at != std::string::npos && text.find(from, at + 1) == std::string::npos)
-        << "must stand there once: " << from;
-    if (at != std::string::npos) text.replace(at, from.size(), to);
+    EXPECT_NE(at, std::string::npos) << from;
+    EXPECT_EQ(text.rfind(from), at) << "must stand there once: " << from;
+    text = Replaced(text, from, to);
   }
   return text;
 }
@@ -47,23 +47,20 @@ TEST_P(SavedBytes, AreTheDocumentsWithTheChanges) {
   const Saving& saving = GetParam();
   const Folder folder;
   const std::string working = folder.Write("working.xml", saving.working) + saving.id;
-  std::string command = saving.command;
-  if (const std::size_t at = command.find("SRC"); at != std::string::npos) {
-    command.replace(at, 3, "'" + folder.Write("source.xml", saving.source) + "'");
-  }
+  const std::string source = folder.Write("source.xml", saving.source);
   std::string saved;
   nlohmann::ordered_json held;
   {
     Session session(working);
     EXPECT_EQ(velahost::WriteCodebook(session.host.Working()), saving.working) << "unchanged";
-    session.Run(command);
+    session.Run(Replaced(saving.command, "SRC", "'" + source + "'"));
     for (const auto& diagnostic : session.host.diagnostics.All()) {
       EXPECT_LT(diagnostic.level, BpLevelError) << diagnostic.message;
     }
     saved = velahost::WriteCodebook(session.host.Working());
     held = session.Json();
   }
-  EXPECT_EQ(saved, Replaced(saving.working, saving));
+  EXPECT_EQ(saved, Changed(saving.working, saving));
   // What was held in memory comes back, and once more nothing changes.
   folder.Write("working.xml", saved);
   const velahost::OpenedCodebook again = velahost::OpenCodebook(working);
@@ -223,12 +220,13 @@ const Saving kProperties[] = {
       {"<catgry missing='Y'><catValu>1<", "<catgry><catValu>1<"},
       {"missing = \"N\"", "missing = \"Y\""}}},
     {"MissingValuesInTheirPlace",
-     Document("<var name='s'><location width='3'/><qstn/><universe/><catgry><catValu/></catgry>"
+     Document("<var name='s'><location width='5'/><qstn/><universe/><catgry><catValu/></catgry>"
               "<varFormat type='character'/></var>"),
      Document("<var name='S'><invalrng><item VALUE=''/><item VALUE='a &quot;&lt;'/></invalrng>"
               "<varFormat type='character' formatname='A5'/></var>"),
-     "FROM SRC /SOURCE VARIABLES=S /TARGET VARIABLES=s /VARINFO VARLABEL",
-     {}},
+     "FROM SRC /VARINFO MISSING",
+     {{"<qstn/>", "<qstn/><invalrng><item VALUE=\"\"/><item VALUE=\"a &quot;&lt;\"/></invalrng>"},
+      {"<catgry>", "<catgry missing=\"Y\">"}}},
     {"WidthThatIsReadOffTheValues",
      Document("<var name='s'><catgry><catValu>abcdef</catValu><labl>x</labl></catgry>"
               "<varFormat type='character'/></var>"),
@@ -415,6 +413,13 @@ const Saving kFileAndNew[] = {
        "    </varGrp>"},
       {" varGrp='G3'/>", "/>"},
       {"<var name='b'/>", "<var name='b' ID=\"b\"/>"}}},
+    {"ReferencesToASetThatGoes",
+     Document("<varGrp ID='G' name='s' var='V'/><varGrp ID='H' name='m' type='multipleResp'><txt>"
+              "<Link refs='H  G'>l</Link></txt></varGrp><var ID='V' name='a'><txt><Link "
+              "refs='G V'>l</Link></txt></var>"),
+     kSource,
+     "FROM SRC /VARINFO LEVEL /FILEINFO VARSETS=REPLACE",
+     {{"<varGrp ID='G' name='s' var='V'/>", ""}, {"'H  G'", "'H'"}, {"'G V'", "'V'"}}},
     {"SetsOfOtherFilesStay",
      "<codeBook><fileDscr ID='F1'/><fileDscr ID='F2'/><dataDscr><varGrp ID='G1' name='s' var='V1 "
      "V2'/>"

@@ -52,6 +52,9 @@ class Codebook {
     std::string id;
     std::size_t file = 0;
     VariableSet set;
+
+    // A group without a name, a label and an ID is no set: nothing could tell it from others.
+    bool IsSet() const { return !set.name.empty(); }
   };
   // An element whose children are read one by one: the root and each dataDscr.
   struct Container : Place {

@@ -222,8 +222,8 @@ void TakeFileProperties(FileReading& file, std::size_t place, VELA_DataSource::I
   now.attributes = file.attributes;
   now.weight = ReadWeight(file, dataSource, codebook);
   for (const Codebook::Group& group : codebook.groups) {
-    if (group.file == place)
-      now.sets[static_cast<std::size_t>(group.set.kind)].push_back(group.set);
+    if (!group.IsSet() || group.file != place) continue;
+    now.sets[static_cast<std::size_t>(group.set.kind)].push_back(group.set);
   }
 }
 

@@ -47,7 +47,9 @@ class SetWriter {
     std::vector<std::size_t> present;
     for (std::size_t i = 0; i < codebook_.groups.size(); ++i) {
       const Codebook::Group& group = codebook_.groups[i];
-      if (group.file == writing_.file.place && group.set.kind == kind) present.push_back(i);
+      if (group.IsSet() && group.file == writing_.file.place && group.set.kind == kind) {
+        present.push_back(i);
+      }
     }
     const auto& sets = writing_.file.now.sets[static_cast<std::size_t>(kind)];
     std::map<std::string, std::vector<std::size_t>> byName;  // those left, the first one last

@@ -1,0 +1,243 @@
+#include <grp.h>
+#include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/ptrace.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <csignal>
+#include <map>
+#include <set>
+
+#include "standalone/Files/SaveFile.h"
+#include "tests/HostRun.h"
+
+// Saving that is interrupted, refused or overtaken: the old file or the new one stands there,
+// whole, with its permissions, and where the process lived nothing else is left.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kOld(300'000, 'o');
+const std::string kNew(200'000, 'n');
+constexpr std::size_t kChunk = 40'000;
+
+// Calls `meanwhile` before the second chunk.
+void Save(
+    const std::string& path, const std::string& bytes = kNew,
+    const std::function<void()>& meanwhile = [] {}) {
+  velahost::SaveFile(path, [&](const velahost::ByteSink& sink) {
+    for (std::size_t at = 0; at < bytes.size(); at += kChunk) {
+      if (at == kChunk) meanwhile();
+      sink(std::string_view(bytes).substr(at, kChunk));
+    }
+  });
+}
+
+// How a process ends that saves.
+enum Ending { kSaved, kRefused, kCannotPrepare };
+
+void Prepare(bool done) {
+  if (!done) _exit(kCannotPrepare);
+}
+
+// A process of its own that saves and ends at once.
+pid_t Start(const std::function<void()>& save) {
+  const pid_t child = fork();
+  if (child != 0) return child;
+  try {
+    save();
+    _exit(kSaved);
+  } catch (const velahost::SaveError&) {
+    _exit(kRefused);
+  }
+}
+
+int WaitFor(pid_t child) {
+  int status = 0;
+  return waitpid(child, &status, 0) == child ? status : -1;
+}
+
+class Saving : public testing::Test {
+ protected:
+  Saving() { Restore(); }
+
+  void Restore(mode_t mode = 0640) const {
+    fs::remove_all(path_);
+    EXPECT_EQ(chmod(folder_.Write("w.xml", kOld).c_str(), mode), 0);
+  }
+  bool IsNew() const { return folder_.Read("w.xml") == kNew; }
+  void ExpectHoldsAlone(const std::string& bytes, unsigned int mode = 0640) const {
+    EXPECT_TRUE(folder_.Read("w.xml") == bytes) << "size " << folder_.Read("w.xml").size();
+    EXPECT_EQ(static_cast<unsigned int>(fs::symlink_status(path_).permissions()), mode);
+    for (const auto& entry : fs::directory_iterator(folder_.At(""))) EXPECT_EQ(entry.path(), path_);
+  }
+
+  const Folder folder_;
+  const std::string path_ = folder_.At("w.xml");
+};
+
+// Saves in a process that is killed after so many steps, each the beginning or the end of a system
+// call. `calls` gets a letter for each call that matters and has begun. Returns how it ended.
+int SaveAndKill(const std::string& path, int steps, std::string& calls) {
+  static const std::map<std::uint64_t, char> kLetters = {
+      {SYS_write, 'w'}, {SYS_fchmod, 'p'}, {SYS_fsync, 'f'}, {SYS_renameat, 'r'}};
+  const pid_t child = Start([&] {
+    Prepare(ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0 && raise(SIGSTOP) == 0);
+    Save(path);
+  });
+  int status = WaitFor(child);
+  ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_EXITKILL | PTRACE_O_TRACESYSGOOD);
+  calls.clear();
+  for (int step = 0; WIFSTOPPED(status) && step < steps; ++step) {
+    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+    status = WaitFor(child);
+    __ptrace_syscall_info call = {};
+    ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof call, &call);
+    if (call.op == PTRACE_SYSCALL_INFO_ENTRY && kLetters.count(call.entry.nr) != 0) {
+      calls += kLetters.at(call.entry.nr);
+    }
+  }
+  if (!WIFSTOPPED(status)) return status;
+  kill(child, SIGKILL);
+  return WaitFor(child);
+}
+
+TEST_F(Saving, IsKilledBeforeAndAfterEachSystemCall) {
+  int switches = 0;
+  bool wasNew = false;
+  std::string calls;
+  int status = SIGKILL;
+  for (int steps = 1; status == SIGKILL; ++steps) {
+    Restore();
+    status = SaveAndKill(path_, steps, calls);
+    if (status == kCannotPrepare << 8) GTEST_SKIP() << "no process can be traced here";
+    if (IsNew() != wasNew) ++switches;
+    wasNew = IsNew();
+    for (const auto& entry : fs::directory_iterator(folder_.At(""))) {
+      // What is left behind is nobody's to read who may not read the file.
+      EXPECT_EQ(entry.status().permissions() & ~fs::perms{0640}, fs::perms::none) << entry.path();
+      if (entry.path() != path_ && status == SIGKILL) fs::remove(entry.path());
+    }
+    ExpectHoldsAlone(wasNew ? kNew : kOld);
+  }
+  EXPECT_EQ(status, kSaved);
+  EXPECT_EQ(switches, 1) << "from the old file to the new one at one call";
+  EXPECT_EQ(calls, "wwwwwpfrf") << "the bytes and permissions reach the disk before they show";
+}
+
+// Has a system call of this process fail from now on.
+void Refuse(unsigned int call, unsigned int error) {
+  sock_filter filter[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                          BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1),
+                          BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error),
+                          BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+  const sock_fprog program = {std::size(filter), filter};
+  Prepare(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+          prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0);
+}
+
+void LimitFileSize() {
+  const rlimit limit = {kNew.size() / 2, kNew.size() / 2};
+  Prepare(std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR && setrlimit(RLIMIT_FSIZE, &limit) == 0);
+}
+
+void BeNobody() { Prepare(setgroups(0, nullptr) == 0 && setgid(65534) == 0 && setuid(65534) == 0); }
+
+TEST_F(Saving, MeetsAnError) {
+  struct Row {
+    const char* what;
+    std::function<void()> prepare;
+    Ending ending = kRefused;
+    mode_t folder = 0755, before = 0640, after = 0640;
+  };
+  const Row kRows[] = {{"a full disk", [] { Refuse(SYS_write, ENOSPC); }},
+                       {"a limit in the midst of a chunk", LimitFileSize},
+                       {"a failing device", [] { Refuse(SYS_fsync, EIO); }},
+                       {"a quota that shows late", [] { Refuse(SYS_close, EDQUOT); }},
+                       {"no renaming", [] { Refuse(SYS_renameat, EACCES); }},
+                       {"no permissions to give", [] { Refuse(SYS_fchmod, EPERM); }},
+                       {"no access lists", [] { Refuse(SYS_getxattr, ENOTSUP); }, kSaved},
+                       {"a folder without permission", BeNobody, kRefused, 0555, 0666, 0666},
+                       {"a write-protected file", BeNobody, kRefused, 0777, 0444, 0444},
+                       // Its group cannot be kept, and another one gets no more than everyone has.
+                       {"the file of someone else", BeNobody, kSaved, 0777, 06676, 0666}};
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.what);
+    Restore(row.before);
+    EXPECT_EQ(chmod(folder_.At("").c_str(), row.folder), 0);
+    const int status = WaitFor(Start([&] { row.prepare(), Save(path_); }));
+    EXPECT_EQ(chmod(folder_.At("").c_str(), 0755), 0);
+    if (status == kCannotPrepare << 8) GTEST_SKIP() << "this and what follows cannot be made here";
+    EXPECT_EQ(status, row.ending << 8);
+    ExpectHoldsAlone(row.ending == kSaved ? kNew : kOld, row.after);
+  }
+}
+
+TEST_F(Saving, LetsAnInterruptWait) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    for (const bool fails : {false, true}) {
+      Restore();
+      const auto interrupt = [&] {
+        raise(signal);
+        if (fails) throw velahost::SaveError("");
+      };
+      const int status = WaitFor(Start([&] { Save(path_, kNew, interrupt); }));
+      EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+      ExpectHoldsAlone(fails ? kOld : kNew);
+    }
+  }
+}
+
+TEST_F(Saving, FollowsLinks) {
+  const Folder links;
+  fs::create_directory(links.At("sub"));
+  const std::pair<const char*, std::string> kLinks[] = {
+      {"a", "sub/b"}, {"sub/b", "../c"}, {"c", path_}, {"d", "new.xml"}, {"e", "e"}, {"f", "no/x"}};
+  for (const auto& [link, to] : kLinks) fs::create_symlink(to, links.At(link));
+  Save(links.At("a"));
+  Save(links.At("d"));
+  EXPECT_THROW(Save(links.At("e")), velahost::SaveError);
+  EXPECT_THROW(Save(links.At("f")), velahost::SaveError);
+  ExpectHoldsAlone(kNew);
+  EXPECT_TRUE(links.Read("new.xml") == kNew);
+  for (const auto& [link, to] : kLinks) EXPECT_EQ(fs::read_symlink(links.At(link)), to);
+}
+
+TEST_F(Saving, OvertakesWhatHappensToTheTargetMeanwhile) {
+  const std::function<void()> kRows[] = {
+      [&] { fs::rename(folder_.Write("other", kOld), path_); }, [&] { fs::remove(path_); },
+      [&] { fs::remove(path_), fs::create_symlink("other", path_); }};
+  for (const std::function<void()>& meanwhile : kRows) {
+    Restore();
+    Save(path_, kNew, meanwhile);
+    ExpectHoldsAlone(kNew);
+  }
+  EXPECT_THROW(Save(path_, kOld, [&] { fs::remove(path_), fs::create_directory(path_); }),
+               velahost::SaveError);
+  EXPECT_TRUE(fs::remove(path_)) << "the folder is empty";
+  EXPECT_TRUE(fs::is_empty(folder_.At("")));
+}
+
+TEST_F(Saving, IsWholeWhenTwoSaveAtOnce) {
+  const auto saveOften = [&](const std::string& bytes) {
+    for (int i = 0; i < 60; ++i) Save(path_, bytes);
+  };
+  for (const pid_t child : {Start([&] { saveOften(kOld); }), Start([&] { saveOften(kNew); })}) {
+    int status = 0;
+    while (waitpid(child, &status, WNOHANG) == 0) {
+      const std::string found = folder_.Read("w.xml");
+      EXPECT_TRUE(found == kOld || found == kNew) << "size " << found.size();
+    }
+    EXPECT_EQ(status, kSaved);
+  }
+  ExpectHoldsAlone(IsNew() ? kNew : kOld);
+}
+
+}  // namespace
