@@ -21,6 +21,9 @@ if(VELA_SANITIZE)
   # The sanitizers' runtime stands between the program and dlopen, so the folder to search must be
   # one that counts for callers other than the program too: DT_RPATH in place of DT_RUNPATH.
   add_link_options(${sanitizers} -Wl,--disable-new-dtags)
+  if(VELA_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)  # so that the fuzzers see what their inputs reach
+  endif()
 else()
   add_compile_options(-fstack-clash-protection)
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64|i.86")

@@ -1,6 +1,7 @@
 #include "program/Apply.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -35,11 +36,11 @@ std::string ReadSyntax(const std::string& path) {
   const std::unique_ptr<std::FILE, decltype(closeFile)> file(
       isInput ? stdin : std::fopen(path.c_str(), "rbe"), closeFile);
   std::string text;
-  char buffer[1 << 16];
+  std::array<char, 1 << 16> buffer;
   while (file != nullptr) {
-    const std::size_t count = std::fread(buffer, 1, sizeof buffer, file.get());
-    text.append(buffer, count);
-    if (count < sizeof buffer) break;
+    const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get());
+    text.append(buffer.data(), count);
+    if (count < buffer.size()) break;
   }
   if (file == nullptr || std::ferror(file.get()) != 0) {
     throw Failure("Cannot read commands from " + name + ": " + std::strerror(errno) +

@@ -109,7 +109,9 @@ class CommandLine {
     if (apply_.command.has_value() == apply_.syntaxFile.has_value()) {
       Refuse("Give exactly one of --command and --syntax");
     }
-    if (int{apply_.output.has_value()} + int{apply_.inPlace} + int{apply_.dryRun} != 1) {
+    const int destinations =
+        (apply_.output ? 1 : 0) + (apply_.inPlace ? 1 : 0) + (apply_.dryRun ? 1 : 0);
+    if (destinations != 1) {
       Refuse("Give exactly one of --output, --in-place and --dry-run");
     }
     if (apply_.working.empty()) Refuse("WORKING is empty: name a file");

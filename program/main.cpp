@@ -1,7 +1,7 @@
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <exception>
 #include <new>
 #include <variant>
@@ -17,8 +17,8 @@ namespace {
 
 // A closed pipe and a full quota are failures of the write that meets them, to be told.
 void IgnoreSignalsOfWriting() {
-  signal(SIGPIPE, SIG_IGN);
-  signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 // Sees to it that no file that is opened takes the place of a closed standard stream: what is

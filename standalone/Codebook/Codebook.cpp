@@ -1,17 +1,14 @@
 #include "standalone/Codebook/Codebook.h"
 
-#include <algorithm>
-
 namespace velahost {
 
-std::size_t Codebook::LineOf(std::size_t position) const {
+std::size_t LineCounter::LineOf(std::size_t position) {
   // A line ends with a line feed, with a carriage return, or with both.
-  std::size_t line = 1;
-  for (std::size_t i = 0; i < position; ++i) {
-    const bool beforeLineFeed = i + 1 < text.size() && text[i + 1] == '\n';
-    if (text[i] == '\n' || (text[i] == '\r' && !beforeLineFeed)) ++line;
+  for (; counted_ < position; ++counted_) {
+    const bool beforeLineFeed = counted_ + 1 < text_.size() && text_[counted_ + 1] == '\n';
+    if (text_[counted_] == '\n' || (text_[counted_] == '\r' && !beforeLineFeed)) ++line_;
   }
-  return line;
+  return line_;
 }
 
 }  // namespace velahost

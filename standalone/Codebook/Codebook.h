@@ -14,6 +14,20 @@
 
 namespace velahost {
 
+// Counts the lines of a text, for positions that ascend.
+class LineCounter {
+ public:
+  explicit LineCounter(std::string_view text) : text_(text) {}
+
+  // The line, from 1, in which a byte stands. REQUIRES: none before the last position asked for.
+  std::size_t LineOf(std::size_t position);
+
+ private:
+  std::string_view text_;
+  std::size_t counted_ = 0;
+  std::size_t line_ = 1;
+};
+
 // A document in memory: its bytes, and where in them the elements stand that a dictionary is made
 // of. Once read it is not changed.
 class Codebook {
@@ -51,8 +65,6 @@ class Codebook {
   std::string_view Bytes(const Place& place) const {
     return std::string_view(text).substr(place.begin, place.end - place.begin);
   }
-  // The line, from 1, in which a byte stands.
-  std::size_t LineOf(std::size_t position) const;
 
   std::string path;
   std::string text;

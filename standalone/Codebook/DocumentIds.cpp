@@ -35,19 +35,19 @@ class IdCollector : public XmlHandler {
   std::unordered_set<std::string>& ids_;
 };
 
-// The name with what an ID cannot have replaced.
+constexpr bool IsAsciiLetter(int c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+// The name as an ID. Which letters of other scripts an ID may have differs between versions of the
+// standards, so it has none.
 std::string IdFrom(std::string_view name) {
   std::string id;
   for (std::size_t i = 0; i < name.size();) {
     const Character character = CharacterAt(name, i);
-    const bool digit = character.code >= '0' && character.code <= '9';
-    const bool mark = character.code == '_' || character.code == '-' || character.code == '.';
-    if (IsLetter(character.code) || character.code == '_') {
-      id += name.substr(i, character.length);
-    } else {
-      if (id.empty()) id = "V";
-      id += digit || mark ? static_cast<char>(character.code) : '_';
-    }
+    const int c = character.code;
+    const bool starts = IsAsciiLetter(c) || c == '_';
+    const bool follows = (c >= '0' && c <= '9') || c == '-' || c == '.';
+    if (id.empty() && !starts) id = "V";
+    id += starts || follows ? static_cast<char>(c) : '_';
     i += character.length;
   }
   return id.empty() ? "V" : id;
@@ -58,8 +58,12 @@ std::string IdFrom(std::string_view name) {
 std::string DocumentIds::Make(std::string_view name) {
   if (!collected_) Collect();
   const std::string base = IdFrom(name);
-  std::string id = base;
-  for (int number = 2; !ids_.insert(id).second; ++number) id = base + "_" + std::to_string(number);
+  if (ids_.insert(base).second) return base;
+  int& number = lastNumbers_.try_emplace(base, 1).first->second;
+  std::string id;
+  do {
+    id = base + "_" + std::to_string(++number);
+  } while (!ids_.insert(id).second);
   return id;
 }
 

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "standalone/Codebook/Codebook.h"
@@ -22,6 +23,7 @@ class DocumentIds {
   const Codebook& codebook_;
   bool collected_ = false;
   std::unordered_set<std::string> ids_;
+  std::unordered_map<std::string, int> lastNumbers_;  // behind each name that was numbered
 };
 
 }  // namespace velahost

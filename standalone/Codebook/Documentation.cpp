@@ -131,10 +131,10 @@ class DocumentationCopier : public XmlHandler {
 
 std::string DocumentationOf(const Codebook& codebook, std::size_t place) {
   const Codebook::Variable& variable = codebook.variables[place];
-  Namespaces namespaces = codebook.namespaces;
+  auto [namespaces, scope] = codebook.namespaces.Only(variable.scope);
   DocumentationCopier copier(namespaces, "");
   XmlParser(namespaces, copier, codebook.encoding)
-      .ParseElement(codebook.Bytes(variable), variable.begin, variable.scope);
+      .ParseElement(codebook.Bytes(variable), variable.begin, scope);
   std::string documentation;
   for (const NewElement& element : copier.Take()) documentation += element.markup;
   return documentation;

@@ -43,7 +43,7 @@ Layout LayoutOf(const Codebook& codebook) {
       StartTag(
           codebook.Bytes(codebook.root).substr(0, codebook.root.contentBegin - codebook.root.begin))
           .Name());
-  if (!prefix.empty()) layout.prefix = std::string(prefix) + ":";
+  if (!prefix.empty()) layout.prefix = Decode(prefix, codebook.encoding) + ":";
 
   const std::size_t lineEnd = codebook.text.find_first_of("\r\n");
   if (lineEnd != std::string::npos && codebook.text[lineEnd] == '\r') {

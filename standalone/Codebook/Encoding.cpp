@@ -44,6 +44,21 @@ std::string Encode(std::string utf8, Encoding encoding) {
   return bytes;
 }
 
+std::string Decode(std::string_view bytes, Encoding encoding) {
+  if (encoding != Encoding::Latin1) return std::string(bytes);
+  std::string utf8;
+  for (const char c : bytes) {
+    const auto code = static_cast<unsigned char>(c);
+    if (code < 0x80) {
+      utf8 += c;
+    } else {
+      utf8 += static_cast<char>(0xC0 | (code >> 6));
+      utf8 += static_cast<char>(0x80 | (code & 0x3F));
+    }
+  }
+  return utf8;
+}
+
 std::string EscapeText(std::string_view text) {
   const auto isMarkup = [](char c) { return c == '&' || c == '<' || c == '>'; };
   if (std::none_of(text.begin(), text.end(), isMarkup)) return std::string(text);

@@ -18,6 +18,9 @@ const char* NameOf(Encoding encoding);
 // character reference.
 std::string Encode(std::string utf8, Encoding encoding);
 
+// Bytes of the encoding as UTF-8.
+std::string Decode(std::string_view bytes, Encoding encoding);
+
 // A text as it stands between tags.
 std::string EscapeText(std::string_view text);
 // A text as it stands between the given quotes in an attribute.

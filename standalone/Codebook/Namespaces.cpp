@@ -15,9 +15,7 @@ bool DeclaresNamespace(std::string_view attribute) {
 
 }  // namespace
 
-Namespaces::Namespaces() : scopes_(1) {}
-
-Namespaces::Scope Namespaces::Enter(Scope outer, const char* const* attributes) {
+std::optional<Namespaces::Scope> Namespaces::Enter(Scope outer, const char* const* attributes) {
   Scope scope = outer;
   for (; *attributes != nullptr; attributes += 2) {
     if (**attributes != 'x' || !DeclaresNamespace(*attributes)) continue;
@@ -25,34 +23,52 @@ Namespaces::Scope Namespaces::Enter(Scope outer, const char* const* attributes) 
     const std::string_view prefix = name.size() == kXmlns.size() ? "" : name.substr(6);
     const std::string_view uri = attributes[1];
     if (Find(scope, prefix) == uri) continue;
-    if (scope == outer) {
-      scope = scopes_.size();
-      scopes_.push_back(std::vector<Binding>(scopes_[outer]));
-    }
-    auto& bindings = scopes_[scope];
-    std::erase_if(bindings, [&](const Binding& binding) { return binding.prefix == prefix; });
-    bindings.push_back({std::string(prefix), std::string(uri), IsStandardUri(uri)});
+    const std::size_t inScope = scope == kOutermost ? 1 : bindings_[scope - 1].inScope + 1;
+    if (inScope > kMostInScope) return std::nullopt;
+    bindings_.push_back(
+        {std::string(prefix), std::string(uri), IsStandardUri(uri), scope, inScope});
+    scope = bindings_.size();
   }
   return scope;
 }
 
 void Namespaces::Adopt(Scope scope, std::string_view prefix) {
   adopted_ = Find(scope, prefix);
-  for (auto& binding : scopes_[scope]) binding.standard = IsStandardUri(binding.uri);
+  for (; scope != kOutermost; scope = bindings_[scope - 1].outer) {
+    bindings_[scope - 1].standard = IsStandardUri(bindings_[scope - 1].uri);
+  }
 }
 
 bool Namespaces::IsStandard(Scope scope, std::string_view prefix) const {
-  for (const auto& binding : scopes_[scope]) {
-    if (binding.prefix == prefix) return binding.standard;
-  }
-  return true;
+  const Binding* const binding = BindingOf(scope, prefix);
+  return binding == nullptr || binding->standard;
 }
 
 std::string_view Namespaces::Find(Scope scope, std::string_view prefix) const {
-  for (const auto& binding : scopes_[scope]) {
-    if (binding.prefix == prefix) return binding.uri;
+  const Binding* const binding = BindingOf(scope, prefix);
+  return binding == nullptr ? std::string_view() : binding->uri;
+}
+
+std::pair<Namespaces, Namespaces::Scope> Namespaces::Only(Scope scope) const {
+  std::pair<Namespaces, Scope> only;
+  only.first.adopted_ = adopted_;
+  std::vector<Binding>& bindings = only.first.bindings_;
+  for (; scope != kOutermost; scope = bindings_[scope - 1].outer) {
+    bindings.push_back(bindings_[scope - 1]);
   }
-  return {};
+  std::reverse(bindings.begin(), bindings.end());
+  for (std::size_t i = 0; i < bindings.size(); ++i) bindings[i].outer = i;
+  only.second = bindings.size();
+  return only;
+}
+
+const Namespaces::Binding* Namespaces::BindingOf(Scope scope, std::string_view prefix) const {
+  while (scope != kOutermost) {
+    const Binding& binding = bindings_[scope - 1];
+    if (binding.prefix == prefix) return &binding;
+    scope = binding.outer;
+  }
+  return nullptr;
 }
 
 bool Namespaces::IsStandardUri(std::string_view uri) const {

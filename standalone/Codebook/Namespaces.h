@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velahost {
@@ -12,16 +14,18 @@ namespace velahost {
 // element, or none; a prefix that nothing declares counts as none.
 class Namespaces {
  public:
+  // A scope is its innermost declaration, counted from 1.
   using Scope = std::size_t;
 
   // The scope around the root: nothing is declared.
   static constexpr Scope kOutermost = 0;
 
-  Namespaces();
+  // A look-up walks the declarations in scope: no more than this many are let in.
+  static constexpr std::size_t kMostInScope = 1000;
 
   // The scope inside an element of the scope: the same if none of the attributes (names and values
-  // in turn, ended by null) declares a namespace.
-  Scope Enter(Scope outer, const char* const* attributes);
+  // in turn, ended by null) declares a namespace. Nothing if too many would be in scope.
+  std::optional<Scope> Enter(Scope outer, const char* const* attributes);
   // Makes the namespace that the prefix has in the scope the standard's, in every scope opened from
   // now on and in this one.
   void Adopt(Scope scope, std::string_view prefix);
@@ -30,15 +34,22 @@ class Namespaces {
   // The namespace that a prefix is bound to; empty for none.
   std::string_view Find(Scope scope, std::string_view prefix) const;
 
+  // The declarations in a scope alone, and the scope among them.
+  std::pair<Namespaces, Scope> Only(Scope scope) const;
+
  private:
   struct Binding {
     std::string prefix;
     std::string uri;
     bool standard;
+    Scope outer;
+    std::size_t inScope;  // with those around it
   };
+  // The declaration of the prefix; null for none.
+  const Binding* BindingOf(Scope scope, std::string_view prefix) const;
   bool IsStandardUri(std::string_view uri) const;
 
-  std::vector<std::vector<Binding>> scopes_;  // each with what it inherits
+  std::vector<Binding> bindings_;
   std::string adopted_;
 };
 

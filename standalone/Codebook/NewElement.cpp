@@ -1,6 +1,10 @@
 #include "standalone/Codebook/NewElement.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "standalone/Codebook/Encoding.h"
+#include "standalone/Text/Utf8.h"
 
 namespace velahost {
 
@@ -20,10 +24,51 @@ std::string WithLineEnds(std::string text, std::string_view newLine) {
   return result;
 }
 
+// Where the tag that begins at a position ends. An attribute's value may have a ">" in it.
+std::size_t TagEnd(std::string_view markup, std::size_t begin) {
+  char quote = '\0';
+  for (std::size_t i = begin; i < markup.size(); ++i) {
+    const char c = markup[i];
+    if (quote != '\0') {
+      if (c == quote) quote = '\0';
+    } else if (c == '"' || c == '\'') {
+      quote = c;
+    } else if (c == '>') {
+      return i + 1;
+    }
+  }
+  return markup.size();
+}
+
+// The markup of an element with its lines indented like those of the lead: where white space with a
+// line end is all that stands between two tags.
+std::string WithLead(std::string_view markup, const std::string& lead, const Layout& layout) {
+  std::string result;
+  std::size_t depth = 0;
+  for (std::size_t i = 0; i < markup.size();) {
+    const std::size_t tag = std::min(markup.find('<', i), markup.size());
+    const std::string_view between = markup.substr(i, tag - i);
+    const bool ends = markup.substr(tag, 2) == "</";
+    const bool indents = !lead.empty() && between.find('\n') != std::string_view::npos &&
+                         std::all_of(between.begin(), between.end(), IsSpace);
+    if (ends) --depth;
+    if (indents) {
+      result += lead;
+      for (std::size_t level = 0; level < depth; ++level) result += layout.unit;
+    } else {
+      result += WithLineEnds(std::string(between), layout.newLine);
+    }
+    i = TagEnd(markup, tag);
+    result += markup.substr(tag, i - tag);
+    if (tag < markup.size() && !ends && markup[i - 2] != '/') ++depth;
+  }
+  return result;
+}
+
 void RenderTo(std::string& markup, const NewElement& element, const Layout& layout,
               const std::string& lead) {
   if (!element.markup.empty()) {
-    markup += WithLineEnds(element.markup, layout.newLine);
+    markup += WithLead(element.markup, lead, layout);
     return;
   }
   const std::string_view name = NameOf(element.element);

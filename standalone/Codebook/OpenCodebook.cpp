@@ -14,25 +14,12 @@
 #include "standalone/Codebook/ReadCodebook.h"
 #include "standalone/Data/DataSource.h"
 #include "standalone/Data/Variable.h"
+#include "standalone/Files/Descriptor.h"
 #include "standalone/Text/Utf8.h"
 
 namespace velahost {
 
 namespace {
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  int Number() const { return number_; }
-
- private:
-  int number_;
-};
 
 struct FileText {
   std::string text;
@@ -46,7 +33,7 @@ struct FileText {
 FileText ReadText(const std::string& path) {
   // Without O_NONBLOCK a pipe that nobody writes to would never be opened.
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.Number() < 0) CannotRead(path, std::strerror(errno));
+  if (!file.IsOpen()) CannotRead(path, std::strerror(errno));
   struct stat status = {};
   if (fstat(file.Number(), &status) != 0) CannotRead(path, std::strerror(errno));
   if (!S_ISREG(status.st_mode)) {
@@ -98,29 +85,39 @@ std::size_t FindFile(const Codebook& codebook, const std::optional<std::string>&
 // Which of the document's files each variable belongs to.
 class FileMembership {
  public:
-  explicit FileMembership(const Codebook& codebook) : fileCount_(codebook.files.size()) {
-    for (std::size_t i = 0; i < codebook.files.size(); ++i) {
-      if (!codebook.files[i].id.empty()) files_.emplace(codebook.files[i].id, i);
+  explicit FileMembership(const CodebookReading& reading) {
+    // Of one file alone every variable is.
+    if (reading.codebook->files.size() == 1) return;
+    std::unordered_map<std::string_view, std::size_t> files;
+    for (std::size_t i = 0; i < reading.codebook->files.size(); ++i) {
+      const std::string& id = reading.codebook->files[i].id;
+      if (!id.empty()) files.emplace(id, i);
+    }
+    for (const VariableReading& variable : reading.variables) {
+      std::vector<std::size_t>& ofVariable = files_.emplace_back();
+      for (const auto* const ids : {&variable.files, &variable.locations}) {
+        for (const std::string& id : *ids) {
+          if (const auto found = files.find(id); found != files.end()) {
+            ofVariable.push_back(found->second);
+          }
+        }
+      }
+      if (ofVariable.empty()) ofVariable.push_back(0);
+      std::sort(ofVariable.begin(), ofVariable.end());
     }
   }
 
-  bool Belongs(const VariableReading& variable, std::size_t file) const {
-    if (fileCount_ == 1) return true;
-    bool named = false;
-    for (const auto* const ids : {&variable.files, &variable.locations}) {
-      for (const std::string& id : *ids) {
-        const auto found = files_.find(id);
-        if (found == files_.end()) continue;
-        if (found->second == file) return true;
-        named = true;
-      }
-    }
-    return !named && file == 0;
+  bool Belongs(std::size_t variable, std::size_t file) const {
+    return files_.empty() ||
+           std::binary_search(files_[variable].begin(), files_[variable].end(), file);
+  }
+  // The first in the document of the variable's files.
+  std::size_t FirstFile(std::size_t variable) const {
+    return files_.empty() ? 0 : files_[variable].front();
   }
 
  private:
-  std::size_t fileCount_;
-  std::unordered_map<std::string, std::size_t> files_;  // by ID
+  std::vector<std::vector<std::size_t>> files_;  // of each variable, sorted; empty: one file
 };
 
 // Gives each group its file and its members' names.
@@ -139,14 +136,9 @@ void ResolveGroups(CodebookReading& reading, const FileMembership& membership) {
         members.push_back(found->second);
       }
     }
-    if (!members.empty()) {
-      const VariableReading& first = reading.variables[members.front()];
-      while (group.file + 1 < codebook.files.size() && !membership.Belongs(first, group.file)) {
-        ++group.file;
-      }
-    }
+    if (!members.empty()) group.file = membership.FirstFile(members.front());
     for (const std::size_t member : members) {
-      if (membership.Belongs(reading.variables[member], group.file)) {
+      if (membership.Belongs(member, group.file)) {
         group.set.members.push_back(codebook.variables[member].name);
       }
     }
@@ -156,7 +148,8 @@ void ResolveGroups(CodebookReading& reading, const FileMembership& membership) {
 void RefuseRepeatedName(const Codebook& codebook, const VELA_Variable::Impl& first,
                         const VELA_Variable::Impl& second) {
   const auto line = [&](const VELA_Variable::Impl& variable) {
-    return std::to_string(codebook.LineOf(codebook.variables[variable.place].begin));
+    return std::to_string(
+        LineCounter(codebook.text).LineOf(codebook.variables[variable.place].begin));
   };
   throw CodebookError(codebook.path + ": line " + line(second) + ": variable " + second.name +
                       " stands in the file already, on line " + line(first) +
@@ -183,12 +176,13 @@ void TakeVariables(CodebookReading& reading, const FileMembership& membership, s
   UnreadNames missing;
   UnreadNames categories;
   UnreadNames nameless;
-  for (VariableReading& variable : reading.variables) {
-    if (!membership.Belongs(variable, file)) continue;
+  LineCounter lines(codebook.text);
+  for (std::size_t i = 0; i < reading.variables.size(); ++i) {
+    if (!membership.Belongs(i, file)) continue;
+    VariableReading& variable = reading.variables[i];
     const std::string name = variable.variable->name;
     if (name.empty()) {
-      nameless.Add(
-          std::to_string(codebook.LineOf(codebook.variables[variable.variable->place].begin)));
+      nameless.Add(std::to_string(lines.LineOf(codebook.variables[i].begin)));
       continue;
     }
     if (const int column = dataSource.Find(name); column >= 0) {
@@ -247,7 +241,7 @@ OpenedCodebook OpenCodebookText(const std::string& path, std::string text,
                                 const std::optional<std::string>& id) {
   CodebookReading reading = ReadCodebook(path, std::move(text));
   const std::size_t place = FindFile(*reading.codebook, id);
-  const FileMembership membership(*reading.codebook);
+  const FileMembership membership(reading);
   ResolveGroups(reading, membership);
 
   OpenedCodebook opened{.dataSource = {}, .path = path, .identity = {}, .warnings = {}};

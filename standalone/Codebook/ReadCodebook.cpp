@@ -110,9 +110,10 @@ class DocumentReader : public XmlHandler {
  private:
   void StartRoot(const XmlStart& start) {
     if (LocalNameOf(start.name) != "codeBook") {
-      throw CodebookError(
-          codebook_.path + ": line " + std::to_string(codebook_.LineOf(start.begin)) +
-          ": the document is no codebook: its root element is " + start.name + ", not codeBook");
+      throw CodebookError(codebook_.path + ": line " +
+                          std::to_string(LineCounter(codebook_.text).LineOf(start.begin)) +
+                          ": the document is no codebook: its root element is " + start.name +
+                          ", not codeBook");
     }
     codebook_.namespaces.Adopt(start.scope, PrefixOf(start.name));
     codebook_.root.begin = start.begin;

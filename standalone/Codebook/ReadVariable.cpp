@@ -337,6 +337,12 @@ std::vector<std::string> SplitTokens(std::string_view text) {
   return tokens;
 }
 
+std::string JoinTokens(const std::vector<std::string>& tokens) {
+  std::string text;
+  for (const std::string& token : tokens) text += (text.empty() ? "" : " ") + token;
+  return text;
+}
+
 DatasourceAttributes ReadAttributes(const XmlTree& tree, Node parent) {
   DatasourceAttributes attributes;
   for (Node note = FindNote(tree, parent, kAttributeNote); note != XmlTree::kNone;

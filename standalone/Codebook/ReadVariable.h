@@ -54,8 +54,9 @@ Alignment DefaultAlignment(int type);
 // The first notes child of that type, or kNone.
 XmlTree::Node FindNote(const XmlTree& tree, XmlTree::Node parent, std::string_view type);
 
-// The tokens of a list separated by white space.
+// The tokens of a list separated by white space, and the list of such tokens.
 std::vector<std::string> SplitTokens(std::string_view text);
+std::string JoinTokens(const std::vector<std::string>& tokens);
 
 // The custom attributes in the notes of an element.
 DatasourceAttributes ReadAttributes(const XmlTree& tree, XmlTree::Node parent);

@@ -52,6 +52,7 @@ class CodebookWriter {
     WriteSetsAndNewIds();
     WriteFileDescription();
     AddToDataDescription();
+    InsertInto(codebook_, codebook_.root, newInRoot_, layout_, edits_);
     edits_.Sort();
     std::deque<std::future<std::string>> made;
     for (const Stretch& stretch : Stretches()) {
@@ -180,9 +181,8 @@ class CodebookWriter {
 
   void AddFileDescription() {
     const std::optional<std::string> weight = SetsWeight() ? WeightNote() : std::nullopt;
-    const NewElement fileDscr = NewFile(file_.now, weight);
-    if (fileDscr.children.empty()) return;
-    InsertInto(codebook_, codebook_.root, {fileDscr}, layout_, edits_);
+    NewElement fileDscr = NewFile(file_.now, weight);
+    if (!fileDscr.children.empty()) newInRoot_.push_back(std::move(fileDscr));
   }
 
   // New sets that have no place among others, and the new variables.
@@ -200,7 +200,7 @@ class CodebookWriter {
                           .text = {},
                           .children = std::move(newSets_)};
       for (NewElement& variable : variables) dataDscr.children.push_back(std::move(variable));
-      InsertInto(codebook_, codebook_.root, {dataDscr}, layout_, edits_);
+      newInRoot_.push_back(std::move(dataDscr));
       return;
     }
     if (file_.readCount > 0) {
@@ -221,6 +221,7 @@ class CodebookWriter {
   DocumentIds ids_;
   std::vector<std::string> newIds_;  // by column; empty for none
   std::vector<NewElement> newSets_;
+  std::vector<NewElement> newInRoot_;  // inserted at once: an empty root is opened only once
 };
 
 }  // namespace

@@ -24,12 +24,6 @@ struct GroupPlan {
   bool goes = false;
 };
 
-std::string Join(const std::vector<std::string>& tokens) {
-  std::string text;
-  for (const std::string& token : tokens) text += (text.empty() ? "" : " ") + token;
-  return text;
-}
-
 class SetWriter {
  public:
   explicit SetWriter(const SetWriting& writing)
@@ -73,7 +67,10 @@ class SetWriter {
       left.pop_back();
     }
     for (const auto& [name, left] : byName) {
-      for (const std::size_t group : left) plans_[group].goes = true;
+      for (const std::size_t group : left) {
+        plans_[group].goes = true;
+        goneIds_.insert(codebook_.groups[group].id);
+      }
     }
     std::sort(places.begin(), places.end());
     Place(sets, elements, places);
@@ -120,7 +117,7 @@ class SetWriter {
   std::string Edited(const Codebook::Group& group, const VariableSet* set) {
     const bool same =
         set == nullptr || (SameLabel(*set, group.set) && set->members == group.set.members);
-    if (same && !AnyGoes()) return std::string(codebook_.Bytes(group));
+    if (same && goneIds_.empty()) return std::string(codebook_.Bytes(group));
     Edits edits(codebook_.encoding);
     const XmlTree& tree = writing_.reader.Read(group);
     ElementEditor editor(codebook_, writing_.layout, tree, edits);
@@ -164,17 +161,18 @@ class SetWriter {
     for (std::string& id : SplitTokens(tree.Attribute(tree.Root(), "var").value_or(""))) {
       if (!OwnIds().contains(id)) ids.push_back(std::move(id));
     }
-    editor.SetAttribute(tree.Root(), "var", Join(ids));
+    editor.SetAttribute(tree.Root(), "var", JoinTokens(ids));
   }
 
   void WriteReferences(const XmlTree& tree, ElementEditor& editor) {
     const auto references = tree.Attribute(tree.Root(), "varGrp");
     if (!references) return;
     std::vector<std::string> tokens = SplitTokens(*references);
-    const auto gone = std::erase_if(tokens, [&](const std::string& id) { return Goes(id); });
+    const auto gone =
+        std::erase_if(tokens, [&](const std::string& id) { return goneIds_.contains(id); });
     if (gone == 0) return;
     tokens.empty() ? editor.RemoveAttribute(tree.Root(), "varGrp")
-                   : editor.SetAttribute(tree.Root(), "varGrp", Join(tokens));
+                   : editor.SetAttribute(tree.Root(), "varGrp", JoinTokens(tokens));
   }
 
   NewElement NewSet(const VariableSet& set) {
@@ -184,7 +182,7 @@ class SetWriter {
         .element = Element::varGrp,
         .attributes = {{"ID", writing_.ids.Make(set.name)}, {"type", type}, {"name", set.name}}};
     const std::vector<std::string> ids = MemberIds(set);
-    if (!ids.empty()) group.attributes.emplace_back("var", Join(ids));
+    if (!ids.empty()) group.attributes.emplace_back("var", JoinTokens(ids));
     if (set.flags[VariableSet::HasLabel]) {
       group.children.push_back({.element = Element::labl, .attributes = {}, .text = set.label});
     }
@@ -211,22 +209,12 @@ class SetWriter {
     return ownIds_;
   }
 
-  bool AnyGoes() const {
-    return std::any_of(plans_.begin(), plans_.end(),
-                       [](const GroupPlan& plan) { return plan.goes; });
-  }
-  bool Goes(const std::string& id) const {
-    for (std::size_t i = 0; i < plans_.size(); ++i) {
-      if (plans_[i].goes && codebook_.groups[i].id == id) return true;
-    }
-    return false;
-  }
-
   const SetWriting& writing_;
   const Codebook& codebook_;
   std::vector<GroupPlan> plans_;
   std::vector<NewElement> unplaced_;
   std::unordered_set<std::string> ownIds_;
+  std::unordered_set<std::string> goneIds_;  // of the groups that go
 };
 
 }  // namespace

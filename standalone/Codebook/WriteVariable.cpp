@@ -4,6 +4,7 @@
 #include <cmath>
 #include <map>
 #include <set>
+#include <unordered_set>
 #include <utility>
 
 #include "standalone/Codebook/Documentation.h"
@@ -162,6 +163,7 @@ class VariableWriter {
       const bool first = seen.emplace(category.number, category.text).second;
       WriteCategory(category, first);
     }
+    WriteReferences();
     if (set_ == nullptr) return;
     for (int i = 0; i < set_->Size(); ++i) {
       const bool known =
@@ -185,6 +187,7 @@ class VariableWriter {
     const bool labelGoes = label == nullptr && category.label != XmlTree::kNone;
     if (labelGoes && !missing && NothingElseIn(category)) {
       editor_.Remove(category.node);
+      if (const auto id = tree_.Attribute(category.node, "ID")) goneIds_.emplace(Trim(*id));
       return;
     }
     longest_ = std::max(longest_, ValueOf(category).size());
@@ -200,6 +203,19 @@ class VariableWriter {
       } else if (LineOfText(tree_, category.label) != *label) {
         editor_.SetText(category.label, *label);
       }
+    }
+  }
+
+  // Takes the categories that go out of the groups of categories.
+  void WriteReferences() {
+    if (goneIds_.empty()) return;
+    for (const Node group : tree_.FindAll(var_, Element::catgryGrp)) {
+      std::vector<std::string> ids = SplitTokens(tree_.Attribute(group, "catgry").value_or(""));
+      const auto gone =
+          std::erase_if(ids, [this](const std::string& id) { return goneIds_.contains(id); });
+      if (gone == 0) continue;
+      ids.empty() ? editor_.RemoveAttribute(group, "catgry")
+                  : editor_.SetAttribute(group, "catgry", JoinTokens(ids));
     }
   }
 
@@ -278,7 +294,8 @@ class VariableWriter {
   const VELA_VLImpl* set_;
   std::vector<CategoryReading> categories_;
   std::vector<const char*> changed_;
-  std::size_t longest_ = 0;  // of the categories' values as they will be
+  std::size_t longest_ = 0;                  // of the categories' values as they will be
+  std::unordered_set<std::string> goneIds_;  // of categories that go
 };
 
 }  // namespace
@@ -376,6 +393,7 @@ void WriteAttributes(const DatasourceAttributes& attributes, const XmlTree& tree
     std::vector<Node> present = known == notes.end() ? std::vector<Node>() : known->second;
     auto next = present.begin();
     bool inserted = false;
+    bool hasSpelling = false;
     for (const std::string& value : attribute.values) {
       // Notes are inserted behind all others, so once one is, those that are left cannot follow it.
       const auto kept =
@@ -388,7 +406,10 @@ void WriteAttributes(const DatasourceAttributes& attributes, const XmlTree& tree
         continue;
       }
       std::for_each(next, kept, [&](Node note) { editor.Remove(note); });
-      if (Collapse(tree.Attribute(*kept, "subject").value_or("")) != attribute.name) {
+      // The first note gives the attribute its spelling.
+      const bool gives = !hasSpelling;
+      hasSpelling = true;
+      if (gives && Collapse(tree.Attribute(*kept, "subject").value_or("")) != attribute.name) {
         editor.SetAttribute(*kept, "subject", attribute.name);
       }
       next = std::next(kept);

@@ -9,8 +9,10 @@ namespace velahost {
 
 namespace {
 
-// Expat copies what it is fed, so it is fed in pieces.
+// Expat copies what it is fed, so a document is fed in pieces.
 constexpr std::size_t kPiece = std::size_t{1} << 18;
+// What expat can be fed at once.
+constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
 
 }  // namespace
 
@@ -32,7 +34,9 @@ struct XmlParser::Callbacks {
     auto& self = *static_cast<XmlParser*>(data);
     Guard(self, [&] {
       if (self.depth_++ < self.outermost_) return;
-      const Namespaces::Scope scope = self.namespaces_.Enter(self.scopes_.back(), attributes);
+      const auto entered = self.namespaces_.Enter(self.scopes_.back(), attributes);
+      if (!entered) self.Fail("more namespaces are declared around here than can be kept apart");
+      const Namespaces::Scope scope = *entered;
       self.scopes_.push_back(scope);
       const Name& known = self.NameFor(name);
       const Element element =
@@ -117,7 +121,9 @@ XmlParser::XmlParser(Namespaces& namespaces, XmlHandler& handler, Encoding encod
       scopes_(1, Namespaces::kOutermost),
       outermost_(1) {
   SetCallbacks();
-  Feed("<x>", false);
+  // With an external subset that is never read a reference to an unknown entity is no error here
+  // where it was none in the document.
+  Feed("<!DOCTYPE x SYSTEM 'x'><x>", false);
 }
 
 XmlParser::~XmlParser() { XML_ParserFree(parser_); }
@@ -144,7 +150,11 @@ void XmlParser::ParseDocument(std::string_view text) {
 void XmlParser::ParseElement(std::string_view text, std::size_t begin, Namespaces::Scope scope) {
   offset_ = static_cast<std::ptrdiff_t>(begin) - fed_;
   scopes_.back() = scope;
-  for (std::size_t at = 0; at < text.size(); at += kPiece) Feed(text.substr(at, kPiece), false);
+  // Whole as far as that goes: of a token that comes in pieces expat may keep the last to itself
+  // until it is told that nothing follows.
+  for (std::size_t at = 0; at < text.size(); at += kMostAtOnce) {
+    Feed(text.substr(at, kMostAtOnce), false);
+  }
 }
 
 void XmlParser::Feed(std::string_view bytes, bool last) {

@@ -12,6 +12,8 @@
 #include <random>
 #include <vector>
 
+#include "standalone/Files/Descriptor.h"
+
 namespace velahost {
 namespace {
 
@@ -31,28 +33,6 @@ constexpr const char* kAccessList = "system.posix_acl_access";
                                const std::string& advice = "") {
   Fail(path, what + ": " + std::strerror(errno), advice);
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-
-  int Number() const { return number_; }
-  bool IsOpen() const { return number_ >= 0; }
-  // Closes it and returns what close returned: some file systems report a failed write only then.
-  int Close() {
-    const int result = close(number_);
-    number_ = -1;
-    return result;
-  }
-
- private:
-  int number_;
-};
 
 // While it lives, the signals by which people and systems end a program wait.
 class SignalsHeld {

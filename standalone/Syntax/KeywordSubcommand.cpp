@@ -86,6 +86,8 @@ class KeywordReader {
     const std::string* keyword =
         token.kind == Token::Name ? FindKeyword(table_, token.typed) : nullptr;
     if (keyword == nullptr) {
+      // What follows an equals sign out of place belongs to the same mistake.
+      if (token.Is('=') && !AtEnd()) ++position_;
       if (table_->empty()) {
         Fail(token, "Subcommand ^2 takes no keywords. Found ^1 (line ^3, column ^4)...",
              {token.typed, name_});

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <unistd.h>
+
+namespace velahost {
+
+// An open file, closed at the end of its life.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+
+  int Number() const { return number_; }
+  bool IsOpen() const { return number_ >= 0; }
+  // Closes it and returns what close returned: some file systems report a failed write only then.
+  int Close() {
+    const int result = close(number_);
+    number_ = -1;
+    return result;
+  }
+
+ private:
+  int number_;
+};
+
+}  // namespace velahost

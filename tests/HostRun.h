@@ -1,0 +1,93 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "program/DictionaryJson.h"
+#include "standalone/Codebook/OpenCodebook.h"
+#include "standalone/Data/DataSource.h"
+#include "standalone/Data/HostAccess.h"
+#include "standalone/Data/ValueLabelSet.h"
+#include "standalone/Data/Variable.h"
+#include "standalone/Host.h"
+#include "standalone/HostCalls.h"
+#include "standalone/Syntax/Tokenizer.h"
+
+// What the C++ tests share: a folder of files, a host with a working file, and a look at the calls.
+
+extern "C" void applydic_();
+
+// A folder of its own that goes with this object.
+class Folder {
+ public:
+  Folder() {
+    std::string name = (std::filesystem::temp_directory_path() / "applydic-test-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder " + name);
+    path_ = name;
+  }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  ~Folder() { std::filesystem::remove_all(path_); }
+
+  std::string At(const std::string& name) const { return (path_ / name).string(); }
+  // Writes a file and returns its path.
+  std::string Write(const std::string& name, std::string_view text) const {
+    std::ofstream(At(name), std::ios::binary) << text;
+    return At(name);
+  }
+  std::string Read(const std::string& name) const {
+    std::ifstream file(At(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// A host with a working file.
+struct Session {
+  explicit Session(const std::string& working) {
+    host.SetWorking(velahost::OpenCodebook(working).dataSource);
+  }
+  void Run(const std::string& command) {
+    host.SetCommand(velahost::SplitCommands(command).front());
+    applydic_();
+  }
+  // The dictionary as `show --json` has it.
+  nlohmann::ordered_json Json() { return applydic::DictionaryJson(host.Working()); }
+  VELA_Variable& Variable(const char* name) {
+    return host.Working().GetVariable(host.Working().FindVarIndex(name, 0));
+  }
+
+  velahost::Host host;
+};
+
+// While it lives, the calls that arrive at the host are shown to two functions.
+class Watch {
+ public:
+  using Look = std::function<void(const std::string&)>;
+  explicit Watch(
+      Look called, Look released = [](const std::string&) {}) {
+    called_ = std::move(called);
+    released_ = std::move(released);
+    velahost::callObserver = [](const char* operation) { called_(operation); };
+    velahost::releaseObserver = [](const char* operation) noexcept { released_(operation); };
+  }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+  ~Watch() {
+    velahost::callObserver = nullptr;
+    velahost::releaseObserver = nullptr;
+  }
+
+ private:
+  static inline Look called_;
+  static inline Look released_;
+};

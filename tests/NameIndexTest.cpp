@@ -1,0 +1,177 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "backend/ApplyDictionary/FastFindDataSource.h"
+#include "tests/HostRun.h"
+
+namespace {
+
+// How often memory was taken, from the first call of Allocations on.
+std::atomic<long> allocations = 0;
+
+}  // namespace
+
+#if defined(__SANITIZE_ADDRESS__)
+// The sanitizer's own operators stay: they see more than a count.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*taken)(const volatile void*,
+                                                                       std::size_t),
+                                                         void (*freed)(const volatile void*));
+namespace {
+long Allocations() {
+  static const int hooks = __sanitizer_install_malloc_and_free_hooks(
+      [](const volatile void*, std::size_t) { ++allocations; }, [](const volatile void*) {});
+  EXPECT_NE(hooks, 0);
+  return allocations;
+}
+}  // namespace
+#else
+void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+namespace {
+long Allocations() { return allocations; }
+}  // namespace
+#endif
+
+namespace {
+
+std::string Repeated(const std::string& text, int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+// A store of numeric variables of those names.
+DEDataStore& StoreOf(velahost::Host& host, const std::vector<std::string>& names) {
+  auto impl = std::make_unique<VELA_DataSource::Impl>();
+  for (const std::string& name : names) {
+    auto variable = std::make_unique<VELA_Variable::Impl>();
+    variable->SetName(name);
+    impl->variables.emplace_back(std::move(variable));
+  }
+  host.SetWorking(std::make_unique<VELA_DataSource>(std::move(impl)));
+  return *new DEDataStore(&host.Working());  // the host owns it
+}
+
+// Letters of two bytes: one whose capital has two as well, one whose capital has three and so is
+// left as it is, one whose capital has one.
+const std::string kTwo = "\u00E9";
+const std::string kGrows = "\u0250";
+const std::string kShrinks = "\u0131";
+
+TEST(NameIndex, FindsNamesWithoutRegardToCase) {
+  const std::string ascii64(64, 'n');
+  const std::string cut = std::string(63, 'm') + kTwo;  // 65 bytes: the letter does not fit
+  const std::vector<std::string> names = {"b",
+                                          "a_1",
+                                          "A_",
+                                          kTwo + "t" + kTwo,
+                                          kGrows + "x",
+                                          "zz",
+                                          ascii64,
+                                          cut,
+                                          Repeated(kGrows, 32),
+                                          "q" + kShrinks,
+                                          Repeated(kTwo, 32)};
+  velahost::Host host;
+  DEDataStore& store = StoreOf(host, names);
+  const FastFindDataSource index(store);
+  EXPECT_EQ(static_cast<VELA_DataSource*>(index), &store);
+  const struct {
+    std::string name;
+    int column;
+  } kLookUps[] = {
+      {"B", 0},
+      {"b", 0},
+      {"A_1", 1},
+      {"a_", 2},
+      {"\u00C9T\u00C9", 3},
+      {kGrows + "X", 4},
+      {"\u2C6Fx", -1},  // the capital that takes more bytes is another name
+      {"Zz", 5},
+      {"z", -1},
+      {"zzz", -1},
+      {"", -1},
+      {"a", -1},
+      {"\xC3", -1},
+      {"\xFFzz", -1},
+      {std::string(64, 'N'), 6},
+      {ascii64 + "cut off", 6},
+      {std::string(63, 'n'), -1},
+      {cut, 7},
+      {std::string(63, 'M'), 7},
+      {std::string(63, 'M') + "\u00C9more", 7},
+      {std::string(63, 'm') + "e", -1},  // fits, and is another name
+      {Repeated(kGrows, 32), 8},
+      {Repeated(kGrows, 33), 8},
+      {Repeated(kGrows, 31), -1},
+      {"QI", 9},
+      {"q" + kShrinks, 9},
+      {Repeated("\u00C9", 40), 10},
+  };
+  for (const auto& [name, column] : kLookUps) {
+    EXPECT_EQ(index.FindVarIndex(name.c_str()), column) << name;
+    EXPECT_EQ(store.FindVarIndex(name.c_str(), 0), column) << name << ", by the host's own look-up";
+  }
+}
+
+TEST(NameIndex, IsBuiltByTheFirstLookUpAndKeptUntilRefresh) {
+  velahost::Host host;
+  DEDataStore& store = StoreOf(host, {"b", "a", "c"});
+  FastFindDataSource index(store);
+  int namesRead = 0;
+  const Watch watch(
+      [&](const std::string& operation) { namesRead += operation.ends_with("GetUpperCaseName"); });
+  EXPECT_EQ(namesRead, 0);
+  EXPECT_EQ(index.FindVarIndex("x"), -1);
+  EXPECT_EQ(namesRead, 3);
+  EXPECT_EQ(index.FindVarIndex("A"), 1);
+  VELA_Variable added(store.GetVariable(0));
+  added.SetName("x");
+  store.InsertVariable(3, added);
+  EXPECT_EQ(index.FindVarIndex("X"), -1) << "added after the index was built";
+  EXPECT_EQ(namesRead, 3);
+  index.Refresh();
+  EXPECT_EQ(namesRead, 3);
+  EXPECT_EQ(index.FindVarIndex("X"), 3);
+  EXPECT_EQ(namesRead, 7);
+}
+
+TEST(NameIndex, OfAnEmptyDataSourceFindsNothing) {
+  velahost::Host host;
+  DEDataStore& store = StoreOf(host, {});
+  const FastFindDataSource index(store);
+  for (const char* name : {"", "a", "a"}) EXPECT_EQ(index.FindVarIndex(name), -1);
+}
+
+TEST(NameIndex, LooksUpWithoutHeapMemory) {
+  std::vector<std::string> names;
+  for (int i = 0; i < 1000; ++i) names.push_back("Variable_" + std::to_string(i) + kTwo);
+  velahost::Host host;
+  DEDataStore& store = StoreOf(host, names);
+  const FastFindDataSource index(store);
+  const std::string tooLong(1000, 'x');
+  Allocations();
+  const long before = Allocations();
+  EXPECT_EQ(index.FindVarIndex("VARIABLE_0\u00C9"), 0);
+  const long built = Allocations();
+  EXPECT_GT(built, before) << "nothing is counted";
+  EXPECT_LE(built - before, 1) << "the entries are made in one piece";
+  int found = 0;
+  for (const std::string& name : names) found += index.FindVarIndex(name.c_str()) >= 0;
+  found += index.FindVarIndex(tooLong.c_str());
+  EXPECT_EQ(Allocations(), built);
+  EXPECT_EQ(found, 1000 - 1);
+}
+
+}  // namespace

@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "tests/HostRun.h"
+
+// The program from outside: what it answers, what it ends with, and what it leaves on disk.
+
+namespace {
+
+constexpr const char* kWorking =
+    "<codeBook>\n<fileDscr ID='F1'/>\n<dataDscr>\n<var name='a'/>\n<var name='s'><varFormat "
+    "type='character' formatname='A2'/></var>\n</dataDscr>\n</codeBook>\n";
+constexpr const char* kSource =
+    "<codeBook><fileDscr><fileTxt><fileCont>File</fileCont></fileTxt></fileDscr><dataDscr>"
+    "<var name='A' wgt='wgt'><labl>L</labl></var><var name='S'><labl>S</labl><invalrng>"
+    "<item VALUE='abc'/></invalrng><varFormat type='character' formatname='A3'/></var>"
+    "<var name='N'/></dataDscr></codeBook>";
+
+class Program : public testing::Test {
+ protected:
+  Program() {
+    folder_.Write("w.xml", kWorking);
+    folder_.Write("s.xml", kSource);
+    std::filesystem::create_hard_link(folder_.At("s.xml"), folder_.At("hard.xml"));
+    std::filesystem::create_symlink("s.xml", folder_.At("soft.xml"));
+    std::filesystem::create_symlink("w.xml", folder_.At("link.xml"));
+    std::filesystem::create_symlink("new.xml", folder_.At("dangling.xml"));
+    std::filesystem::create_directory(folder_.At("folder"));
+  }
+
+  // Runs the program in the folder, its arguments as the shell takes them.
+  int Run(const std::string& arguments) {
+    const std::string command =
+        "cd '" + folder_.At("") + "' && '" + APPLYDIC_PROGRAM + "' " + arguments + " >out 2>err";
+    const int status = std::system(command.c_str());
+    out_ = folder_.Read("out");
+    err_ = folder_.Read("err");
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+  nlohmann::json Outcome() const { return nlohmann::json::parse(out_); }
+  // The folder's files, without what the program printed.
+  std::vector<std::string> Files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.At(""))) {
+      const std::string name = entry.path().filename();
+      if (name != "out" && name != "err") names.push_back(name);
+    }
+    return names;
+  }
+
+  const Folder folder_;
+  std::string out_, err_;
+};
+
+TEST_F(Program, RefusesWrongUsageAndWhatItCannotReadOrWrite) {
+  const std::size_t files = Files().size();
+  const std::pair<std::string, std::string> kRefused[] = {
+      {"", "see 'applydic --help'"},
+      {"frob", "see 'applydic --help'"},
+      {"apply", "see 'applydic apply --help'"},
+      {"apply -n w.xml", "Give exactly one of --command and --syntax"},
+      {"apply -c x -f y -n w.xml", "Give exactly one of --command and --syntax"},
+      {"apply -c x w.xml", "Give exactly one of --output, --in-place and --dry-run"},
+      {"apply -c x -n -i w.xml", "Give exactly one of --output, --in-place and --dry-run"},
+      {"apply -c x -n -o o w.xml", "Give exactly one of --output, --in-place and --dry-run"},
+      {"apply -c x -o '' w.xml", "empty"},
+      {"apply -c x -n --frob w.xml", "--frob"},
+      {"apply -c \"FROM *\" --json -n none.xml", "none.xml: cannot be read"},
+      {"apply -c \"FROM *\" --json -n 'w.xml#F2'", "has no data file with the ID F2: it has F1"},
+      {"apply -f none.txt --json -n w.xml", "Cannot read commands from none.txt"},
+      {"apply -f folder -n w.xml", "Cannot read commands from folder"},
+      {"apply -c \"FROM *\" --json -o folder w.xml", "Cannot write folder: this is a folder"},
+      {"apply -c \"FROM *\" -o none/o.xml w.xml", "make the folder first"},
+      {"apply -c \"FROM *\" -o /dev/null w.xml", "this is not a regular file"},
+      {"apply -c \"FROM 's.xml' /VARINFO LEVEL\" --json -o ./folder/../s.xml w.xml",
+       "write to another file"},
+      {"apply -c \"FROM 's.xml' /VARINFO LEVEL\" -o hard.xml w.xml", "write to another file"},
+      {"apply -c \"FROM 'soft.xml' /VARINFO LEVEL\" -o s.xml w.xml", "write to another file"},
+      {"apply -c \"FROM 's.xml' /VARINFO LEVEL\" -o soft.xml w.xml", "write to another file"},
+      {"show none.xml", "none.xml: cannot be read"},
+      {"show", "see 'applydic show --help'"}};
+  for (const auto& [arguments, message] : kRefused) {
+    EXPECT_EQ(Run(arguments), 2) << arguments;
+    EXPECT_EQ(out_, "") << arguments;
+    EXPECT_TRUE(err_.starts_with("applydic: error: ")) << arguments << err_;
+    EXPECT_NE(err_.find(message), std::string::npos) << arguments << err_;
+    EXPECT_EQ(err_.find('\n'), err_.size() - 1) << "one line: " << err_;
+  }
+  EXPECT_EQ(Files().size(), files);
+  EXPECT_EQ(folder_.Read("w.xml"), kWorking);
+  EXPECT_EQ(Run("--version"), 0);
+  EXPECT_EQ(Run("apply --help"), 0);
+}
+
+TEST_F(Program, WritesNothingAfterAnError) {
+  const std::size_t files = Files().size();
+  const char* const kFailing[] = {"FROM", "FROM 'none.xml'", "FROM 's.xml' /VARINFO VALLABELS=X",
+                                  "FROM 's.xml' /FRON", "FROM 's.xml' /SOURCE VARIABLES=zz"};
+  for (const std::string command : kFailing) {
+    for (const char* to : {" -o o.xml", " -i", " -n"}) {
+      EXPECT_EQ(Run("apply --json -c \"" + command + "\"" + to + " w.xml"), 1) << command;
+      EXPECT_TRUE(err_.starts_with("applydic: error: ")) << err_;
+      const auto outcome = Outcome();
+      EXPECT_GE(outcome["diagnostics"].at(0)["level"], 3);
+      EXPECT_TRUE(outcome["written"].is_null());
+      for (const char* list : {"changed", "added", "file"}) EXPECT_EQ(outcome[list].size(), 0);
+    }
+  }
+  folder_.Write("c.txt", "FROM 's.xml'.\nFROM 'none.xml'.\nFROM 'none2.xml'.");
+  EXPECT_EQ(Run("apply -f c.txt -i w.xml"), 1);
+  EXPECT_EQ(err_.find("none2"), std::string::npos) << "the first error stops the run";
+  EXPECT_EQ(folder_.Read("w.xml"), kWorking);
+  EXPECT_EQ(Files().size(), files + 1);
+}
+
+TEST_F(Program, TellsTheOutcomeAsJson) {
+  EXPECT_EQ(Run("apply --json -c \"FROM 's.xml' /NEWVARS /FILEINFO ALL\" -o o.xml w.xml"), 0);
+  EXPECT_EQ(Outcome(), nlohmann::json::parse(R"({
+    "diagnostics": [{"level": 1, "show": 2,
+      "text": "^1: Missing values not applied: some values too long...", "arguments": ["s"],
+      "message": "s: Missing values not applied: some values too long..."}],
+    "changed": [{"variable": "a", "properties": ["label"]},
+                {"variable": "s", "properties": ["label"]}],
+    "added": ["N"], "file": ["label", "weight"], "written": "o.xml"})"));
+  EXPECT_EQ(err_, "applydic: warning: s: Missing values not applied: some values too long...\n");
+  EXPECT_EQ(folder_.Read("w.xml"), kWorking);
+  EXPECT_EQ(Run("apply --json -c \"FROM *\" -n 'w.xml#F1'"), 0);
+  EXPECT_TRUE(Outcome()["written"].is_null());
+  EXPECT_EQ(Run("apply --json -c \"FROM *\" -i 'w.xml#F1'"), 0);
+  EXPECT_EQ(Outcome()["written"], "w.xml");
+  EXPECT_EQ(folder_.Read("w.xml"), kWorking) << "nothing changed";
+}
+
+TEST_F(Program, RunsSeveralCommandsOnOneWorkingFile) {
+  folder_.Write("c.txt",
+                "\xEF\xBB\xBF"
+                "APPLY DICTIONARY FROM 's.xml' /* no. */\n /VARINFO VARLABEL. /* . */\n"
+                ".\nAPP DIC\nFROM 's.xml'\n /SOURCE VARIABLES=N\n /TARGET VARIABLES=n.1 /NEWVARS.\n"
+                "FROM 's.xml' /VARINFO X.");
+  EXPECT_EQ(Run("apply --json -f - -n w.xml <c.txt"), 1);
+  EXPECT_EQ(Outcome()["diagnostics"][0]["arguments"].back(), "23") << "a place in the whole file";
+  EXPECT_EQ(*(Outcome()["diagnostics"][0]["arguments"].end() - 2), "8");
+  folder_.Write("c.txt", folder_.Read("c.txt").erase(folder_.Read("c.txt").rfind("FROM")));
+  EXPECT_EQ(Run("apply --json -f c.txt -n w.xml"), 0) << err_;
+  EXPECT_EQ(Outcome()["added"], nlohmann::json{"n.1"});
+  EXPECT_EQ(Outcome()["changed"].size(), 2);
+}
+
+TEST_F(Program, KeepsLinksAndPermissions) {
+  ASSERT_EQ(chmod(folder_.At("w.xml").c_str(), 0640), 0);
+  const std::string arguments = "apply -c \"FROM 's.xml' /VARINFO VARLABEL\" ";
+  EXPECT_EQ(Run(arguments + "-i link.xml"), 0) << err_;
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_.At("link.xml")));
+  EXPECT_NE(folder_.Read("w.xml").find("<labl>L</labl>"), std::string::npos);
+  struct stat status = {};
+  ASSERT_EQ(stat(folder_.At("w.xml").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0640U);
+  EXPECT_EQ(Run(arguments + "-o dangling.xml w.xml"), 0) << err_;
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_.At("dangling.xml")));
+  EXPECT_EQ(folder_.Read("new.xml"), folder_.Read("w.xml"));
+  EXPECT_EQ(Run("apply -c \"FROM 'w.xml'\" -o w.xml w.xml"), 0) << "onto WORKING it is allowed";
+  for (const std::string& name : Files()) EXPECT_FALSE(name.starts_with(".applydic")) << name;
+}
+
+TEST_F(Program, ShowsADictionary) {
+  EXPECT_EQ(Run("show --json s.xml"), 0);
+  const auto json = Outcome();
+  EXPECT_EQ(json["file"], nlohmann::json::parse(R"({"label": "File", "documents": [], "weight": "A",
+    "attributes": {}, "mrsets": [], "varsets": []})"));
+  EXPECT_EQ(json["variables"][1], nlohmann::json::parse(R"({"name": "S", "type": 3, "label": "S",
+    "valueLabels": [], "missing": {"count": 1, "values": ["abc"]},
+    "print": {"type": "A", "width": 3, "decimals": 0},
+    "write": {"type": "A", "width": 3, "decimals": 0}, "columnWidth": 0, "level": null,
+    "role": "input", "alignment": "left", "attributes": {}})"));
+  EXPECT_EQ(Run("show s.xml"), 0);
+  EXPECT_EQ(
+      out_,
+      "File\n  label           File\n  weight          A\n  variables       3\n\n"
+      "A  (number)\n  label           L\n  format          F8\n\n"
+      "S  (string of 3)\n  label           S\n  missing values  'abc'\n  format          A3\n\n"
+      "N  (number)\n  format          F8\n");
+  EXPECT_EQ(Run("show s.xml >/dev/full 2>/dev/null; exit $?; true"), 2);
+}
+
+}  // namespace

@@ -1,0 +1,439 @@
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/HostRun.h"
+
+// The bytes of saved files: what a command changed is written, and every other byte stays.
+
+namespace {
+
+// A document, a command, and what differs in the document that is saved. "SRC" in the command is
+// the source's path.
+struct Saving {
+  const char* name;
+  std::string working;
+  std::string source;
+  std::string command;
+  std::vector<std::pair<std::string, std::string>> changes;  // from, which stands there once; to
+  std::string id = "";                                       // of the data file, with its "#"
+};
+
+void PrintTo(const Saving& saving, std::ostream* out) { *out << saving.name; }
+
+// A document of variables, each on lines of its own from the fifth line on.
+std::string Document(const std::string& variables, const std::string& fileDscr = "") {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<codeBook xmlns=\"ddi:codebook:2_5\">\n"
+         "  <fileDscr ID=\"F1\">" +
+         fileDscr + "</fileDscr>\n  <dataDscr>\n" + variables + "  </dataDscr>\n</codeBook>\n";
+}
+
+std::string Replaced(std::string text, const Saving& saving) {
+  for (const auto& [from, to] : saving.changes) {
+    const std::size_t at = text.find(from);
+    EXPECT_TRUE(at != std::string::npos && text.find(from, at + 1) == std::string::npos)
+        << "must stand there once: " << from;
+    if (at != std::string::npos) text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+class SavedBytes : public testing::TestWithParam<Saving> {};
+
+TEST_P(SavedBytes, AreTheDocumentsWithTheChanges) {
+  const Saving& saving = GetParam();
+  const Folder folder;
+  const std::string working = folder.Write("working.xml", saving.working) + saving.id;
+  std::string command = saving.command;
+  if (const std::size_t at = command.find("SRC"); at != std::string::npos) {
+    command.replace(at, 3, "'" + folder.Write("source.xml", saving.source) + "'");
+  }
+  std::string saved;
+  nlohmann::ordered_json held;
+  {
+    Session session(working);
+    EXPECT_EQ(velahost::WriteCodebook(session.host.Working()), saving.working) << "unchanged";
+    session.Run(command);
+    for (const auto& diagnostic : session.host.diagnostics.All()) {
+      EXPECT_LT(diagnostic.level, BpLevelError) << diagnostic.message;
+    }
+    saved = velahost::WriteCodebook(session.host.Working());
+    held = session.Json();
+  }
+  EXPECT_EQ(saved, Replaced(saving.working, saving));
+  // What was held in memory comes back, and once more nothing changes.
+  folder.Write("working.xml", saved);
+  const velahost::OpenedCodebook again = velahost::OpenCodebook(working);
+  EXPECT_EQ(applydic::DictionaryJson(*again.dataSource).dump(1), held.dump(1));
+  EXPECT_EQ(velahost::WriteCodebook(*again.dataSource), saved);
+}
+
+// A source of one variable A with a label and a label for 1, as most rows need it.
+const std::string kSource = Document(
+    "<var name=\"A\"><labl>N&amp;w</labl><catgry><catValu>1</catValu><labl>one</labl></catgry>"
+    "</var>");
+constexpr const char* kLabelsOnly = "FROM SRC /VARINFO VARLABEL VALLABELS";
+constexpr const char* kVarLabel = "FROM SRC /VARINFO VARLABEL";
+constexpr const char* kAdd = "FROM SRC /VARINFO VARLABEL /NEWVARS";
+
+const Saving kKinds[] = {
+    {"LabelsIndented",
+     Document("    <var name=\"a\">\n      <varFormat/>\n    </var>\n"),
+     kSource,
+     kLabelsOnly,
+     {{"      <varFormat/>",
+       "      <labl>N&amp;w</labl>\n      <catgry>\n        <catValu>1</catValu>\n"
+       "        <labl>one</labl>\n      </catgry>\n      <varFormat/>"}}},
+    {"SecondOfSeveralFiles",
+     "<codeBook>\n<fileDscr ID='F1'/>\n<fileDscr ID='F2'/>\n<dataDscr>\n<var name='a' "
+     "files='F1'/>\n"
+     "<var name='b'><location fileid='F2'/></var>\n<var name='b'/>\n</dataDscr>\n</codeBook>",
+     Document("<var name='A'/><var name='B'><labl>L</labl></var>"),
+     kAdd,
+     {{"<location fileid='F2'/></var>",
+       "<location fileid='F2'/><labl>L</labl></var>\n<var ID=\"A\" name=\"A\" files=\"F2\">\n"
+       "  <varFormat type=\"numeric\" formatname=\"F8\"/>\n</var>"}},
+     "#F2"},
+    {"Prefix",
+     "<d:codeBook xmlns:d=\"ddi:codebook:2_6\">\n\t<d:dataDscr>\n\t\t<d:var name=\"a\"/>\n"
+     "\t</d:dataDscr>\n</d:codeBook>\n",
+     kSource,
+     kLabelsOnly,
+     {{"<d:var name=\"a\"/>",
+       "<d:var name=\"a\">\n\t\t\t<d:labl>N&amp;w</d:labl>\n\t\t\t<d:catgry>\n"
+       "\t\t\t\t<d:catValu>1</d:catValu>\n\t\t\t\t<d:labl>one</d:labl>\n\t\t\t</d:catgry>\n"
+       "\t\t</d:var>"}}},
+    {"PrefixThatIsNotAscii",
+     "<?xml version='1.0' encoding='ISO-8859-1'?>\n<\xE9:codeBook xmlns:\xE9='ddi:codebook:2_5'>"
+     "<\xE9:dataDscr><\xE9:var name='a'/></\xE9:dataDscr></\xE9:codeBook>",
+     kSource,
+     kVarLabel,
+     {{"<\xE9:var name='a'/>", "<\xE9:var name='a'><\xE9:labl>N&amp;w</\xE9:labl></\xE9:var>"}}},
+    {"OldNamespaceWithDoctypeAndEntities",
+     "<?xml version='1.0'?>\n<!DOCTYPE codeBook SYSTEM 'Version1-2-2.dtd' [\n<!ATTLIST var x CDATA "
+     "#IMPLIED>\n]>\n<codeBook xmlns='http://www.icpsr.umich.edu/DDI'>\n<dataDscr>\n"
+     "<var name='a'><labl>Caf&eacute;</labl><txt>&eacute;</txt></var>\n</dataDscr>\n</codeBook>\n",
+     kSource,
+     kVarLabel,
+     {{"Caf&eacute;", "N&amp;w"}}},
+    {"CrLfWithByteOrderMark",
+     "\xEF\xBB\xBF<codeBook>\r\n <dataDscr>\r\n  <var name=\"a\">\r\n  </var>\r\n </dataDscr>\r\n"
+     "</codeBook>\r\n",
+     Document("<var name='A'><labl>L</labl></var>", "<notes>one\ntwo</notes>"),
+     "FROM SRC /VARINFO VARLABEL /FILEINFO DOCUMENTS",
+     {{"<codeBook>", "<codeBook>\r\n <fileDscr>\r\n  <notes>one\r\ntwo</notes>\r\n </fileDscr>"},
+      {"<var name=\"a\">\r\n", "<var name=\"a\">\r\n   <labl>L</labl>\r\n"}}},
+    {"Latin1LacksACharacter",
+     "<?xml version='1.0' encoding='iso-8859-1'?>\n<codeBook><dataDscr><var name='a'><labl>\xE9"
+     "</labl></var></dataDscr></codeBook>",
+     Document("<var name='A'><labl>\u00FC \u20AC</labl></var>"),
+     kVarLabel,
+     {{"<labl>\xE9<", "<labl>\xFC &#8364;<"}}},
+    {"Ascii",
+     "<?xml version='1.0' encoding='US-ASCII'?><codeBook><dataDscr><var name='a' nature='x'/>"
+     "</dataDscr></codeBook>",
+     Document("<var name='A'><labl>\u00E9\U0001F600</labl></var>"),
+     kVarLabel,
+     {{"nature='x'/>", "nature='x'><labl>&#233;&#128512;</labl></var>"}}},
+    {"SeveralLabelsInSeveralLanguages",
+     Document("<var name='a'><labl xml:lang='fr'>A</labl><labl xml:lang='en'>B</labl><catgry>"
+              "<catValu>01</catValu><labl xml:lang='fr'>un</labl><labl xml:lang='en'/></catgry>"
+              "<catgry><catValu>2</catValu><labl>x</labl><labl>y</labl><txt/></catgry></var>\n"),
+     kSource,
+     kLabelsOnly,
+     {{"'fr'>A<", "'fr'>N&amp;w<"},
+      {"'fr'>un<", "'fr'>one<"},
+      {"<labl>x</labl><labl>y</labl>", ""}}},
+    {"CategoryWithoutLabelAndOneTwice",
+     Document("<var name='a'><labl/><catgry><catValu> 1 </catValu></catgry><catgry><labl>of no "
+              "value</labl></catgry><catgry><catValu>DK</catValu><labl>no number</labl></catgry>"
+              "<catgry><catValu>1.0</catValu><labl>eins</labl></catgry></var>"),
+     kSource,
+     kLabelsOnly,
+     {{"<labl/>", "<labl>N&amp;w</labl>"},
+      {"<catValu> 1 </catValu>", "<catValu> 1 </catValu><labl>one</labl>"}}},
+    {"QuotesCdataCommentsAndInstructionsStay",
+     "<codeBook><!-- <var name=\"a\"> --><?go on?>\n<dataDscr><![CDATA[ <var> ]]><var\n\tname = "
+     "'a' "
+     "nature='a>\"b' ><!-- c --><labl><![CDATA[old]]><!-- d --></labl><txt>t<![CDATA[>\n  ]]>\n"
+     "</txt></var\n></dataDscr></codeBook ><!-- end -->",
+     Document("<var name='A' nature='percent'><labl>New \"]]&gt;\"</labl></var>"),
+     "FROM SRC /VARINFO VARLABEL LEVEL",
+     {{"<![CDATA[old]]><!-- d -->", "New \"]]&gt;\""}, {"'a>\"b'", "'interval'"}}},
+    {"SelfClosingOnOneLine",
+     "<codeBook><dataDscr><var name='a' /></dataDscr></codeBook>",
+     Document("<var name='A' nature='ordinal'><labl>L</labl><notes type='VELA:role'>both</notes>"
+              "</var>"),
+     "FROM SRC /VARINFO VARLABEL LEVEL ROLE",
+     {{"name='a' /></dataDscr>",
+       "name='a' nature=\"ordinal\" ><labl>L</labl><notes type=\"VELA:role\" "
+       "level=\"variable\">both"
+       "</notes></var></dataDscr>"}}},
+};
+
+// What of a variable is changed, in a document that has it already.
+const Saving kProperties[] = {
+    {"CategoriesGoOrStay",
+     Document("    <var name='a'>\n"
+              "      <catgry><catValu>1</catValu><labl>one</labl></catgry>\n"
+              "      <catgry ID='C2'><catValu>2</catValu><labl>goes</labl></catgry>\n"
+              "      <catgry><catValu>3</catValu><labl>x</labl><catStat>5</catStat></catgry>\n"
+              "      <catgry missing='Y'><catValu>4</catValu><labl>x</labl></catgry>\n"
+              "      <catgry country='X'><catValu>5</catValu><labl>x</labl></catgry>\n"
+              "      <catgry><catValu>2.0</catValu><labl>goes too</labl></catgry>\n    </var>\n"),
+     kSource,
+     "FROM SRC /VARINFO VALLABELS",
+     {{"\n      <catgry ID='C2'><catValu>2</catValu><labl>goes</labl></catgry>", ""},
+      {"3</catValu><labl>x</labl>", "3</catValu>"},
+      {"4</catValu><labl>x</labl>", "4</catValu>"},
+      {"5</catValu><labl>x</labl>", "5</catValu>"},
+      {"\n      <catgry><catValu>2.0</catValu><labl>goes too</labl></catgry>", ""}}},
+    {"ReferencesToACategoryThatGoes",
+     Document("<var name='a'><catgryGrp catgry='C1 C2'/>"
+              "<catgry ID='C1'><catValu>1</catValu><labl>one</labl></catgry>"
+              "<catgry ID='C2'><catValu>2</catValu><labl>goes</labl></catgry></var>"),
+     kSource,
+     "FROM SRC /VARINFO VALLABELS",
+     {{"'C1 C2'", "'C1'"}, {"<catgry ID='C2'><catValu>2</catValu><labl>goes</labl></catgry>", ""}}},
+    {"LabelsKeepTheFormerCategoriesPlaces",
+     Document(
+         "<var name='a'><catgry><catValu>3</catValu><labl>c</labl></catgry>\n<catgry><catValu>1"
+         "</catValu><labl>a</labl></catgry>\n<notes/></var>"),
+     Document("<var name='A'><catgry><catValu>1</catValu><labl>a</labl></catgry><catgry><catValu>2"
+              "</catValu><labl>b</labl></catgry><catgry><catValu>3</catValu><labl>C</labl></catgry>"
+              "</var>"),
+     "FROM SRC /VARINFO VALLABELS",
+     {{"<labl>c<", "<labl>C<"},
+      {"<labl>a</labl></catgry>",
+       "<labl>a</labl></catgry>\n<catgry>\n  <catValu>2</catValu>\n  <labl>b</labl>\n</catgry>"}}},
+    {"MissingValuesReplacedAndFlagsFollow",
+     Document("    <var name='a'>\n      <invalrng UNITS='INT'><key>k</key><item VALUE='1'/>"
+              "</invalrng>\n      <invalrng><item VALUE='3'/></invalrng>\n"
+              "      <catgry missing='Y'><catValu>1</catValu></catgry>\n"
+              "      <catgry  missing = \"N\" ID='C'><catValu>-5</catValu></catgry>\n"
+              "      <catgry missing='Y'><catValu>9.5</catValu></catgry>\n    </var>\n"),
+     Document("<var name='A'><invalrng><range max='-1'/><item VALUE='9.50'/></invalrng></var>"),
+     "FROM SRC /VARINFO MISSING",
+     {{"<invalrng UNITS='INT'><key>k</key><item VALUE='1'/></invalrng>\n"
+       "      <invalrng><item VALUE='3'/></invalrng>",
+       "<invalrng>\n        <range max=\"-1\"/>\n        <item VALUE=\"9.5\"/>\n      </invalrng>"},
+      {"<catgry missing='Y'><catValu>1<", "<catgry><catValu>1<"},
+      {"missing = \"N\"", "missing = \"Y\""}}},
+    {"MissingValuesInTheirPlace",
+     Document("<var name='s'><location width='3'/><qstn/><universe/><catgry><catValu/></catgry>"
+              "<varFormat type='character'/></var>"),
+     Document("<var name='S'><invalrng><item VALUE=''/><item VALUE='a &quot;&lt;'/></invalrng>"
+              "<varFormat type='character' formatname='A5'/></var>"),
+     "FROM SRC /SOURCE VARIABLES=S /TARGET VARIABLES=s /VARINFO VARLABEL",
+     {}},
+    {"WidthThatIsReadOffTheValues",
+     Document("<var name='s'><catgry><catValu>abcdef</catValu><labl>x</labl></catgry>"
+              "<varFormat type='character'/></var>"),
+     Document("<var name='S'><catgry><catValu>ab</catValu><labl>y</labl></catgry>"
+              "<varFormat type='character'/></var>"),
+     "FROM SRC /VARINFO VALLABELS",
+     {{"<catValu>abcdef</catValu><labl>x</labl></catgry>",
+       "<catValu>ab</catValu><labl>y</labl></catgry>"},
+      {"'character'/>", "'character' formatname=\"A6\"/>"}}},
+    {"WidthThatAMissingValueSays",
+     Document("<var name='s'><invalrng><item VALUE='abcd'/></invalrng><varFormat type='character' "
+              "formatname='HEX7'/></var>"),
+     Document("<var name='S'><invalrng><item VALUE='a'/></invalrng><varFormat type='character'/>"
+              "</var>"),
+     "FROM SRC /VARINFO MISSING",
+     {{"'abcd'", "\"a\""}, {"'HEX7'", "'HEX8'"}}},
+    {"WidthThatStaysIsNotWritten",
+     Document("<var name='s'><catgry><catValu>ab</catValu><labl>x</labl><txt/></catgry><varFormat "
+              "type='character'/></var>"),
+     Document("<var name='S'><catgry><catValu>a</catValu><labl>y</labl></catgry><varFormat "
+              "type='character'/></var>"),
+     "FROM SRC /VARINFO VALLABELS",
+     {{"<labl>x</labl><txt/></catgry>",
+       "<txt/></catgry><catgry><catValu>a</catValu><labl>y</labl></catgry>"}}},
+    {"FormatsAndNotes",
+     Document("    <var name='a' dcml='1'>\n      <varFormat schema='other'>text</varFormat>\n"
+              "      <notes type='VELA:columnWidth'> 5\n</notes><notes>kept</notes>\n"
+              "      <notes type='VELA:alignment'>left</notes>\n    </var>\n"),
+     Document("<var name='A'><varFormat formatname='comma9.2'/><notes type='VELA:writeFormat'>F7"
+              "</notes><notes type='VELA:columnWidth'>6</notes></var>"),
+     "FROM SRC /VARINFO FORMATS WIDTH ALIGNMENT",
+     {{"schema='other'", "schema='other' formatname=\"COMMA9.2\""},
+      {"> 5\n<", ">6<"},
+      {"\n      <notes type='VELA:alignment'>left</notes>",
+       "\n      <notes type=\"VELA:writeFormat\" level=\"variable\">F7</notes>"}}},
+    {"LevelsThatSayScaleAlready",
+     Document("<var name='a' nature='ratio'/><var name='b' nature='other'/>"),
+     Document("<var name='A' nature='interval'/><var name='B' nature='percent'/>"),
+     "FROM SRC /VARINFO LEVEL",
+     {{"'other'", "'interval'"}}},
+    {"AttributesInOtherSpellings",
+     Document("<var name='a'><notes type='VELA:attribute' subject='COL'>1</notes>"
+              "<notes type='VELA:attribute' subject='col'>2</notes></var>"),
+     Document("<var name='A'><notes type='VELA:attribute' subject='Size'>9</notes>"
+              "<notes type='VELA:attribute' subject='Col'>3</notes></var>"),
+     "FROM SRC /VARINFO ATTRIBUTES=MERGE",
+     {{"2</notes>",
+       "2</notes><notes type=\"VELA:attribute\" level=\"variable\" subject=\"Size\">9</notes>"}}},
+    {"AttributesReplaced",
+     Document("<var name='a'><notes type='VELA:attribute' subject='X'>1</notes>\n"
+              "<notes type='VELA:attribute' subject='X'>2</notes>\n"
+              "<notes type='VELA:attribute' subject='Y'>3</notes></var>"),
+     Document("<var name='A'><notes type='VELA:attribute' subject='X'>2</notes>"
+              "<notes type='VELA:attribute' subject='X'>1</notes></var>"),
+     "FROM SRC /VARINFO ATTRIBUTES",
+     {{"<notes type='VELA:attribute' subject='X'>1</notes>", ""},
+      {"\n<notes type='VELA:attribute' subject='Y'>3</notes>",
+       "\n<notes type=\"VELA:attribute\" level=\"variable\" subject=\"X\">1</notes>"}}},
+};
+
+// What is added, and what belongs to the file.
+const Saving kFileAndNew[] = {
+    {"NewVariableWithItsDocumentation",
+     "<?xml version='1.0' encoding='ISO-8859-1'?>\n<d:codeBook xmlns:d='ddi:codebook:2_5'>\n"
+     "  <d:fileDscr ID='Q1'/>\n  <d:dataDscr>\n    <d:var ID='V1' name='z'/>\n    <d:notes/>\n"
+     "  </d:dataDscr>\n</d:codeBook>\n",
+     "<codeBook xmlns='http://www.icpsr.umich.edu/DDI'>\n<dataDscr><var ID='V1' name='Q1' "
+     "files='F' "
+     "dcml='2' intrvl='discrete'><location width='5'/><labl>\u20AC</labl><security>s</security>"
+     "<qstn ID='q' sdatrefs='S1' seqNo='1'><qstnLit xml:lang='fr'>\u00E9 &lt; <Link refs='q'>l"
+     "</Link><!-- c --><h:b xmlns:h='urn:h' h:x='1' y='2'>B</h:b></qstnLit></qstn><valrng/>"
+     "<sumStat type='mean'>2</sumStat><concept vocab='v'>c</concept><verStmt/></var></dataDscr>"
+     "</codeBook>",
+     kAdd,
+     {{"name='z'/>",
+       "name='z'/>\n    <d:var ID=\"Q1_2\" name=\"Q1\" files=\"Q1\">\n"
+       "      <d:labl>&#8364;</d:labl>\n      <d:security>s</d:security>\n"
+       "      <d:qstn seqNo=\"1\"><d:qstnLit xml:lang=\"fr\">\xE9 &lt; l<h:b xmlns:h=\"urn:h\" "
+       "y=\"2\">B</h:b></d:qstnLit></d:qstn>\n      <d:concept vocab=\"v\">c</d:concept>\n"
+       "      <d:varFormat type=\"numeric\" formatname=\"F5.2\"/>\n    </d:var>"}}},
+    {"NewVariableWithAllThatIsItsOwn",
+     Document("    <var ID='B' name='a'/>\n"),
+     Document("<var name='b b' nature='ordinal' wgt='wgt'><invalrng><item VALUE='x'/></invalrng>"
+              "<catgry><catValu>x</catValu><labl>L</labl></catgry><varFormat type='character' "
+              "formatname='HEX4'/><notes type='VELA:writeFormat'>A2</notes><notes type='VELA:role'>"
+              "split</notes><notes type='VELA:attribute' subject='&quot;'>&lt;</notes></var>"),
+     "FROM SRC /NEWVARS",
+     {{"name='a'/>",
+       "name='a'/>\n    <var ID=\"b_b\" name=\"b b\" files=\"F1\" wgt=\"wgt\" nature=\"ordinal\">\n"
+       "      <invalrng>\n        <item VALUE=\"x\"/>\n      </invalrng>\n"
+       "      <catgry missing=\"Y\">\n        <catValu>x</catValu>\n        <labl>L</labl>\n"
+       "      </catgry>\n      <varFormat type=\"character\" formatname=\"HEX4\"/>\n"
+       "      <notes type=\"VELA:writeFormat\" level=\"variable\">A2</notes>\n"
+       "      <notes type=\"VELA:role\" level=\"variable\">split</notes>\n"
+       "      <notes type=\"VELA:attribute\" level=\"variable\" subject=\"&quot;\">&lt;</notes>\n"
+       "    </var>"}}},
+    {"NewVariableFromADocumentWithEntities",
+     "<codeBook><dataDscr/></codeBook>",
+     "<!DOCTYPE codeBook SYSTEM 'x.dtd'><codeBook><dataDscr><var name='A'><txt>&eacute;</txt></var>"
+     "</dataDscr></codeBook>",
+     kAdd,
+     {{"<dataDscr/>",
+       "<dataDscr>\n  <var ID=\"A\" name=\"A\">\n    <txt>&amp;eacute;</txt>\n"
+       "    <varFormat type=\"numeric\" formatname=\"F8\"/>\n  </var>\n</dataDscr>"}}},
+    {"IdsThatTheStandardTakes",
+     "<codeBook>\n<dataDscr/>\n</codeBook>",
+     Document("<var name='1 \u00B5'/><var name='\u0218c'/><var name='\u00AA'/>"),
+     kAdd,
+     {{"<dataDscr/>",
+       "<dataDscr>\n  <var ID=\"V1__\" name=\"1 \u00B5\">\n"
+       "    <varFormat type=\"numeric\" formatname=\"F8\"/>\n  </var>\n"
+       "  <var ID=\"V_c\" name=\"\u0218c\">\n"
+       "    <varFormat type=\"numeric\" formatname=\"F8\"/>\n  </var>\n"
+       "  <var ID=\"V_\" name=\"\u00AA\">\n"
+       "    <varFormat type=\"numeric\" formatname=\"F8\"/>\n  </var>\n</dataDscr>"}}},
+    {"NoContainersAtAll",
+     "<codeBook/>",
+     Document("<var name='A'/>", "<fileTxt><fileCont>L</fileCont></fileTxt>"),
+     "FROM SRC /NEWVARS /FILEINFO FILELABEL",
+     {{"<codeBook/>",
+       "<codeBook>\n  <fileDscr>\n    <fileTxt>\n      <fileCont>L</fileCont>\n    </fileTxt>\n"
+       "  </fileDscr>\n  <dataDscr>\n    <var ID=\"A\" name=\"A\">\n"
+       "      <varFormat type=\"numeric\" formatname=\"F8\"/>\n    </var>\n  </dataDscr>\n"
+       "</codeBook>"}}},
+    {"ContainersInTheirPlaces",
+     "<codeBook>\n <stdyDscr/>\n <otherMat/>\n</codeBook>",
+     Document("<varGrp name='G' type='multipleResp' var='V'><labl>g</labl></varGrp><var ID='V' "
+              "name='A'/>",
+              "<fileTxt><fileCont/></fileTxt>"),
+     "FROM SRC /NEWVARS /FILEINFO FILELABEL MRSETS",
+     {{" <stdyDscr/>",
+       " <stdyDscr/>\n <fileDscr>\n   <fileTxt>\n     <fileCont/>\n   </fileTxt>\n </fileDscr>\n"
+       " <dataDscr>\n   <varGrp ID=\"G\" type=\"multipleResp\" name=\"G\" var=\"A\">\n"
+       "     <labl>g</labl>\n   </varGrp>\n   <var ID=\"A\" name=\"A\">\n"
+       "     <varFormat type=\"numeric\" formatname=\"F8\"/>\n   </var>\n </dataDscr>"}}},
+    {"LabelAmongTheFilesTexts",
+     Document("", "<fileTxt><fileName>n</fileName><fileStrc/></fileTxt><locMap/>"),
+     Document("", "<fileTxt><fileCont>\n  A  label\n</fileCont></fileTxt>"),
+     "FROM SRC /FILEINFO FILELABEL",
+     {{"</fileName>", "</fileName><fileCont>A label</fileCont>"}}},
+    {"Documents",
+     Document("",
+              "\n    <notes>one</notes>\n    <notes type='x'>no document</notes>\n"
+              "    <notes> two  lines\n of it </notes>\n  "),
+     Document(
+         "", "<notes><![CDATA[two  lines]]>\n of it</notes><notes/><notes>three &amp;\n 3</notes>"),
+     "FROM SRC /FILEINFO DOCUMENTS=REPLACE",
+     {{"\n    <notes>one</notes>", ""},
+      {" of it </notes>", " of it </notes>\n    <notes>three &amp;\n 3</notes>"}}},
+    {"WeightByTheAttributeAlone",
+     Document("<var name='a'/><var name='b'/>"),
+     Document("<var name='B' wgt='wgt'/>"),
+     "FROM SRC /VARINFO VARLABEL",
+     {{"name='b'", "name='b' wgt=\"wgt\""}}},
+    {"WeightByANote",
+     Document("<var name='a' wgt='wgt'/><var name='b' wgt='not-wgt'/>", "<notes>d</notes>"),
+     Document("<var name='B' wgt='wgt'/>"),
+     "FROM SRC /VARINFO VARLABEL",
+     {{"'not-wgt'", "'wgt'"},
+      {"<notes>d</notes>",
+       "<notes>d</notes><notes type=\"VELA:weight\" level=\"file\">b</notes>"}}},
+    {"WeightInANoteThatIsThere",
+     Document("<var name='a'/><var name='b' wgt='wgt'/>", "<notes type='VELA:weight'>A</notes>"),
+     Document("<var name='B' wgt='wgt'/>"),
+     "FROM SRC /VARINFO VARLABEL",
+     {{"'VELA:weight'>A<", "'VELA:weight'>b<"}}},
+    {"SetsKeptMovedRemovedAdded",
+     Document(
+         "    <varGrp ID='G1' name='one' type='section' var='A O'/>\n"
+         "    <varGrp ID='G2' varGrp='G3 G1'><labl>two</labl><notes/></varGrp>\n"
+         "    <varGrp ID='G3' name='three' var='A'/>\n    <varGrp name='m' type='multipleResp' "
+         "varGrp='G3'/>\n    <var ID='A' name='a' files='F1'/><var name='b'/>\n"
+         "    <var ID='O' name='o' files='F1'/>\n"),
+     Document("<varGrp name='two' type='subject' var='B X'/><varGrp name='new' var='A'>"
+              "<labl>l</labl></varGrp><varGrp name='one' var='B A'><labl>L</labl></varGrp>"
+              "<var ID='A' name='A'/><var ID='B' name='B'/><var ID='X' name='X'/>"),
+     "FROM SRC /FILEINFO VARSETS=REPLACE",
+     {{"<varGrp ID='G1' name='one' type='section' var='A O'/>\n    <varGrp ID='G2' varGrp='G3 G1'>"
+       "<labl>two</labl><notes/></varGrp>\n    <varGrp ID='G3' name='three' var='A'/>",
+       "<varGrp ID='G2' varGrp='G1' var=\"b\"><labl>two</labl><notes/></varGrp>\n"
+       "    <varGrp ID=\"new\" type=\"other\" name=\"new\" var=\"A\">\n      <labl>l</labl>\n"
+       "    </varGrp>\n"
+       "    <varGrp ID='G1' name='one' type='section' var='b A'>\n      <labl>L</labl>\n"
+       "    </varGrp>"},
+      {" varGrp='G3'/>", "/>"},
+      {"<var name='b'/>", "<var name='b' ID=\"b\"/>"}}},
+    {"SetsOfOtherFilesStay",
+     "<codeBook><fileDscr ID='F1'/><fileDscr ID='F2'/><dataDscr><varGrp ID='G1' name='s' var='V1 "
+     "V2'/>"
+     "<varGrp ID='G2' name='s' var='V2'/><var ID='V1' name='a' files='F1'/><var ID='V2' name='a' "
+     "files='F2'/><var ID='V3' name='b' files='F1'/></dataDscr></codeBook>",
+     Document("<varGrp name='s' var='B'/><var ID='B' name='B'/>"),
+     "FROM SRC /FILEINFO VARSETS",
+     {{"'V1 V2'", "'V3 V2'"}}},
+    {"SetWithoutMembers",
+     Document("<varGrp ID='G' name='s' var='V'/><var ID='V' name='a'/>"),
+     Document("<varGrp name='s' var='B'/><var ID='B' name='B'/>"),
+     "FROM SRC /FILEINFO VARSETS",
+     {{" name='s' var='V'/>", " name='s'/>"}}},
+};
+
+std::string NameOf(const testing::TestParamInfo<Saving>& info) { return info.param.name; }
+
+INSTANTIATE_TEST_SUITE_P(Kinds, SavedBytes, testing::ValuesIn(kKinds), NameOf);
+INSTANTIATE_TEST_SUITE_P(Properties, SavedBytes, testing::ValuesIn(kProperties), NameOf);
+INSTANTIATE_TEST_SUITE_P(FileAndNew, SavedBytes, testing::ValuesIn(kFileAndNew), NameOf);
+
+}  // namespace
