@@ -1,6 +1,8 @@
 #include "standalone/Codebook/ReadCodebook.h"
 
 #include <algorithm>
+#include <deque>
+#include <future>
 #include <utility>
 
 #include "standalone/Codebook/OpenCodebook.h"
@@ -12,8 +14,28 @@ namespace {
 
 using Node = XmlTree::Node;
 
+// Variables are read when so many elements have come: enough to be worth a thread, few enough to
+// take little memory.
+constexpr std::size_t kElementsAtOnce = 8192;
+// Batches that may wait until they are read.
+constexpr std::size_t kBatchesAhead = 4;
+
+// Variables of a document that have been parsed and are to be read.
+struct Batch {
+  XmlTree tree;
+  std::vector<Node> variables;
+};
+
+std::vector<VariableReading> ReadBatch(const Batch& batch) {
+  std::vector<VariableReading> readings;
+  readings.reserve(batch.variables.size());
+  for (const Node var : batch.variables) readings.push_back(ReadVariable(batch.tree, var));
+  return readings;
+}
+
 // Reads a document as its events come: each fileDscr, varGrp and var is gathered in a tree, read,
-// and forgotten again; of everything else only the place is kept.
+// and forgotten again; of everything else only the place is kept. The variables of a large document
+// are read on another thread while the parser goes on.
 class DocumentReader : public XmlHandler {
  public:
   explicit DocumentReader(CodebookReading& reading)
@@ -22,7 +44,7 @@ class DocumentReader : public XmlHandler {
   void Start(const XmlStart& start) override {
     const Namespaces::Scope around = scopes_.empty() ? Namespaces::kOutermost : scopes_.back();
     if (inTree_) {
-      tree_.Start(start);
+      batch_.tree.Start(start);
       return;
     }
     ++depth_;
@@ -39,8 +61,7 @@ class DocumentReader : public XmlHandler {
     if (isTree) {
       treeScope_ = around;
       inTree_ = true;
-      tree_.Clear();
-      tree_.Start(start);
+      batch_.tree.Start(start);
     } else if (parent == Element::codeBook && start.element == Element::dataDscr) {
       Codebook::Container container;
       container.begin = start.begin;
@@ -55,8 +76,8 @@ class DocumentReader : public XmlHandler {
 
   void End(std::size_t begin, std::size_t end) override {
     if (inTree_) {
-      tree_.End(begin, end);
-      if (!tree_.Complete()) return;
+      batch_.tree.End(begin, end);
+      if (!batch_.tree.Complete()) return;
       inTree_ = false;
       ReadTree();
     }
@@ -78,7 +99,13 @@ class DocumentReader : public XmlHandler {
     }
   }
 
-  void Text(std::string_view text) override { tree_.Text(text); }
+  void Text(std::string_view text) override { batch_.tree.Text(text); }
+
+  // Reads what is left. Called when all events have come.
+  void Finish() {
+    while (!ahead_.empty()) TakeOldest();
+    Take(ReadBatch(batch_));
+  }
 
  private:
   void StartRoot(const XmlStart& start) {
@@ -102,34 +129,58 @@ class DocumentReader : public XmlHandler {
   }
 
   void ReadTree() {
-    const Node root = tree_.Root();
-    const Codebook::Place place = {tree_.Begin(root), tree_.End(root), treeScope_};
-    switch (tree_.ElementOf(root)) {
+    const Node root = batch_.tree.Root();
+    const Codebook::Place place = {batch_.tree.Begin(root), batch_.tree.End(root), treeScope_};
+    switch (batch_.tree.ElementOf(root)) {
       case Element::fileDscr:
         codebook_.files.push_back(
-            {place, std::string(Trim(tree_.Attribute(root, "ID").value_or("")))});
-        reading_.files.push_back(ReadFile(tree_, root));
+            {place, std::string(Trim(batch_.tree.Attribute(root, "ID").value_or("")))});
+        reading_.files.push_back(ReadFile(batch_.tree, root));
         break;
       case Element::varGrp:
-        codebook_.groups.push_back({place,
-                                    std::string(Trim(tree_.Attribute(root, "ID").value_or(""))), 0,
-                                    ReadSet(tree_, root)});
-        reading_.groupMembers.push_back(SplitTokens(tree_.Attribute(root, "var").value_or("")));
+        codebook_.groups.push_back(
+            {place, std::string(Trim(batch_.tree.Attribute(root, "ID").value_or(""))), 0,
+             ReadSet(batch_.tree, root)});
+        reading_.groupMembers.push_back(
+            SplitTokens(batch_.tree.Attribute(root, "var").value_or("")));
         break;
-      default: {
-        VariableReading variable = ReadVariable(tree_, root);
-        codebook_.variables.push_back(
-            {place, variable.id, variable.variable->name, variable.weights});
-        variable.variable->document = reading_.codebook;
-        variable.variable->place = codebook_.variables.size() - 1;
-        reading_.variables.push_back(std::move(variable));
-      }
+      default:
+        codebook_.variables.push_back({place, {}, {}, false});
+        batch_.variables.push_back(root);
+    }
+    if (batch_.tree.ElementCount() >= kElementsAtOnce) ReadAhead();
+  }
+
+  // Has the batch read on a thread of its own.
+  void ReadAhead() {
+    if (ahead_.size() == kBatchesAhead) TakeOldest();
+    ahead_.push_back(std::async(ReadBatch, std::move(batch_)));
+    batch_ = {};
+  }
+
+  void TakeOldest() {
+    Take(ahead_.front().get());
+    ahead_.pop_front();
+  }
+
+  // Takes the next variables in the document's order.
+  void Take(std::vector<VariableReading> readings) {
+    for (VariableReading& reading : readings) {
+      const std::size_t place = reading_.variables.size();
+      Codebook::Variable& variable = codebook_.variables[place];
+      variable.id = reading.id;
+      variable.name = reading.variable->name;
+      variable.weights = reading.weights;
+      reading.variable->document = reading_.codebook;
+      reading.variable->place = place;
+      reading_.variables.push_back(std::move(reading));
     }
   }
 
   CodebookReading& reading_;
   Codebook& codebook_;
-  XmlTree tree_;
+  Batch batch_;
+  std::deque<std::future<std::vector<VariableReading>>> ahead_;  // in the document's order
   bool inTree_ = false;
   Namespaces::Scope treeScope_ = Namespaces::kOutermost;
   std::size_t depth_ = 0;
@@ -162,6 +213,7 @@ CodebookReading ReadCodebook(std::string path, std::string text) {
   XmlParser parser(codebook.namespaces, handler);
   try {
     parser.ParseDocument(codebook.text);
+    handler.Finish();
   } catch (const XmlError& error) {
     throw CodebookError(codebook.path + ": " + error.what());
   }

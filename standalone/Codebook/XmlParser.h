@@ -24,8 +24,7 @@ class XmlError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The start of an element. What it points at lives until the event has been handled, the
-// attributes' names until the parser is destroyed.
+// The start of an element. What it points at lives until the event has been handled.
 struct XmlStart {
   Element element;
   const char* name;               // as it stands in the text, with its prefix

@@ -6,7 +6,8 @@ void XmlTree::Clear() {
   nodes_.clear();
   attributes_.clear();
   texts_.clear();
-  values_.clear();
+  attributeTexts_.clear();
+  root_ = kNone;
   open_ = kNone;
 }
 
@@ -14,9 +15,11 @@ void XmlTree::Start(const XmlStart& start) {
   const auto node = static_cast<Node>(nodes_.size());
   const std::size_t firstAttribute = attributes_.size();
   for (const char* const* attribute = start.attributes; *attribute != nullptr; attribute += 2) {
-    const std::size_t begin = values_.size();
-    values_ += attribute[1];
-    attributes_.push_back({attribute[0], begin, values_.size()});
+    const std::size_t begin = attributeTexts_.size();
+    attributeTexts_ += attribute[0];
+    const std::size_t valueBegin = attributeTexts_.size();
+    attributeTexts_ += attribute[1];
+    attributes_.push_back({begin, valueBegin, attributeTexts_.size()});
   }
   nodes_.push_back({.element = start.element,
                     .parent = open_,
@@ -25,7 +28,9 @@ void XmlTree::Start(const XmlStart& start) {
                     .textBegin = texts_.size(),
                     .firstAttribute = firstAttribute,
                     .attributeCount = attributes_.size() - firstAttribute});
-  if (open_ != kNone) {
+  if (open_ == kNone) {
+    root_ = node;
+  } else {
     NodeData& parent = At(open_);
     if (parent.lastChild == kNone) {
       parent.firstChild = node;
@@ -81,15 +86,18 @@ std::optional<std::string_view> XmlTree::Attribute(Node node, std::string_view n
   const NodeData& data = At(node);
   for (std::size_t i = 0; i < data.attributeCount; ++i) {
     const AttributeData& attribute = attributes_[data.firstAttribute + i];
-    if (attribute.name == name) {
-      return std::string_view(values_).substr(attribute.begin, attribute.end - attribute.begin);
+    const std::string_view text(attributeTexts_);
+    if (text.substr(attribute.begin, attribute.valueBegin - attribute.begin) == name) {
+      return text.substr(attribute.valueBegin, attribute.end - attribute.valueBegin);
     }
   }
   return std::nullopt;
 }
 
-const char* XmlTree::AttributeName(Node node, std::size_t index) const {
-  return attributes_[At(node).firstAttribute + index].name;
+std::string_view XmlTree::AttributeName(Node node, std::size_t index) const {
+  const AttributeData& attribute = attributes_[At(node).firstAttribute + index];
+  return std::string_view(attributeTexts_)
+      .substr(attribute.begin, attribute.valueBegin - attribute.begin);
 }
 
 }  // namespace velahost

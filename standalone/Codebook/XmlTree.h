@@ -10,25 +10,27 @@
 
 namespace velahost {
 
-// One element of a document with all that is in it: attributes, where each element stands, and the
-// texts that a dictionary is read from. It is filled by the events of a parse and lives as long as
-// the parser.
+// Elements of a document with all that is in them: attributes, where each element stands, and the
+// texts that a dictionary is read from. It is filled by the events of a parse, one whole element
+// after the other, and needs neither the parser nor the document afterwards.
 class XmlTree {
  public:
   using Node = int;
   static constexpr Node kNone = -1;
 
   void Clear();
-  // The events, from the element's start to its end.
+  // The events, from an element's start to its end.
   void Start(const XmlStart& start);
   void End(std::size_t begin, std::size_t end);
   void Text(std::string_view text);
   // The elements whose text is kept.
   static bool ReadsText(Element element);
-  // Whether the element's end has come.
+  // Whether the end of the last element has come.
   bool Complete() const { return open_ == kNone && !nodes_.empty(); }
 
-  Node Root() const { return 0; }
+  std::size_t ElementCount() const { return nodes_.size(); }
+  // The last of the outermost elements.
+  Node Root() const { return root_; }
   Element ElementOf(Node node) const { return At(node).element; }
   Node Parent(Node node) const { return At(node).parent; }
   Node FirstChild(Node node) const { return At(node).firstChild; }
@@ -46,7 +48,7 @@ class XmlTree {
   std::optional<std::string_view> Attribute(Node node, std::string_view name) const;
   // The number of its attributes, and the name of one.
   std::size_t AttributeCount(Node node) const { return At(node).attributeCount; }
-  const char* AttributeName(Node node, std::size_t index) const;
+  std::string_view AttributeName(Node node, std::size_t index) const;
 
   // Where it stands in the document: the element, and what is between its tags. An element without
   // an end tag has no content: it begins and ends at the element's end.
@@ -73,8 +75,8 @@ class XmlTree {
     std::size_t attributeCount;
   };
   struct AttributeData {
-    const char* name;
-    std::size_t begin;
+    std::size_t begin;  // of the name in attributeTexts_
+    std::size_t valueBegin;
     std::size_t end;
   };
   const NodeData& At(Node node) const { return nodes_[static_cast<std::size_t>(node)]; }
@@ -82,8 +84,9 @@ class XmlTree {
 
   std::vector<NodeData> nodes_;
   std::vector<AttributeData> attributes_;
-  std::string texts_;   // of all elements, in document order
-  std::string values_;  // of all attributes
+  std::string texts_;           // of all elements, in document order
+  std::string attributeTexts_;  // names and values of all attributes
+  Node root_ = kNone;
   Node open_ = kNone;
 };
 
