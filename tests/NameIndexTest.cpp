@@ -154,7 +154,7 @@ TEST(NameIndex, LooksUpWithoutHeapMemory) {
   EXPECT_EQ(index.FindVarIndex("VARIABLE_0\u00C9"), 0);
   const long built = Allocations();
   EXPECT_GT(built, before) << "nothing is counted";
-  EXPECT_LE(built - before, 1) << "the entries are made in one piece";
+  EXPECT_LE(built - before, 2) << "the entries and what sorts them are made in one piece each";
   int found = 0;
   for (const std::string& name : names) found += index.FindVarIndex(name.c_str()) >= 0;
   found += index.FindVarIndex(tooLong.c_str());
