@@ -266,7 +266,7 @@ TEST(Variable, IsSetFromWhatItSaysItself) {
   s.SetName(s.GetName());
   EXPECT_STREQ(file.GetLabel(), "label of the file");
   EXPECT_STREQ(s.GetLabel(), "label of the variable");
-  const auto json = session.Json()["variables"];
+  const auto json = nlohmann::json::parse(session.Json()["variables"].dump());
   EXPECT_EQ(json[0]["missing"]["values"], (nlohmann::json{"cd", "ab"}));
   EXPECT_EQ(json[1]["missing"]["values"], (nlohmann::json{"ab", "cd"}));
   EXPECT_EQ(json[0]["attributes"], (nlohmann::json{{"A", {"1"}}}));

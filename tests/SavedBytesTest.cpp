@@ -419,7 +419,7 @@ const Saving kFileAndNew[] = {
               "refs='G V'>l</Link></txt></var>"),
      kSource,
      "FROM SRC /VARINFO LEVEL /FILEINFO VARSETS=REPLACE",
-     {{"<varGrp ID='G' name='s' var='V'/>", ""}, {"'H  G'", "'H'"}, {"'G V'", "'V'"}}},
+     {{"\n<varGrp ID='G' name='s' var='V'/>", ""}, {"'H  G'", "'H'"}, {"'G V'", "'V'"}}},
     {"SetsOfOtherFilesStay",
      "<codeBook><fileDscr ID='F1'/><fileDscr ID='F2'/><dataDscr><varGrp ID='G1' name='s' var='V1 "
      "V2'/>"

@@ -38,6 +38,7 @@ std::string Edits::Apply(std::string_view text, std::size_t begin, std::size_t e
   result.reserve(size);
   std::size_t position = begin;
   for (const Edit& edit : edits_) {
+    if (edit.begin < position) continue;  // what it stands in is replaced
     result.append(text, position, edit.begin - position);
     result += edit.bytes;
     position = edit.end;

@@ -16,7 +16,7 @@ class Edits {
 
   // Replaces the bytes from begin to end by a text in UTF-8; an empty stretch is an insertion.
   // Insertions at one position stand in the order in which they were made, before a stretch
-  // replaced there. Stretches do not overlap.
+  // replaced there. A stretch within another is dropped with it; they do not overlap otherwise.
   void Replace(std::size_t begin, std::size_t end, std::string utf8);
   // The same with bytes of the document's encoding.
   void ReplaceBytes(std::size_t begin, std::size_t end, std::string bytes);

@@ -31,6 +31,7 @@ struct FileText {
 }
 
 FileText ReadText(const std::string& path) {
+  if (path.find('\0') != std::string::npos) CannotRead(path, "there is a zero byte in its name");
   // Without O_NONBLOCK a pipe that nobody writes to would never be opened.
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file.IsOpen()) CannotRead(path, std::strerror(errno));

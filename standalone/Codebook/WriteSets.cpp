@@ -10,6 +10,7 @@
 #include "standalone/Codebook/ContainerEdits.h"
 #include "standalone/Codebook/ElementEditor.h"
 #include "standalone/Codebook/ReadVariable.h"
+#include "standalone/Codebook/SetReferences.h"
 
 namespace velahost {
 
@@ -37,6 +38,7 @@ class SetWriter {
       if (property == "mrsets") Plan(VarSetsMrSets);
       if (property == "varsets") Plan(VarSetsVariableSets);
     }
+    WriteReferences();
     for (std::size_t i = 0; i < plans_.size(); ++i) WriteGroup(i);
     return std::move(unplaced_);
   }
@@ -71,7 +73,7 @@ class SetWriter {
     for (const auto& [name, left] : byName) {
       for (const std::size_t group : left) {
         plans_[group].goes = true;
-        goneIds_.insert(codebook_.groups[group].id);
+        if (!codebook_.groups[group].id.empty()) goneIds_.insert(codebook_.groups[group].id);
       }
     }
     std::sort(places.begin(), places.end());
@@ -127,8 +129,8 @@ class SetWriter {
       if (!SameLabel(*set, group.set)) WriteLabel(*set, tree, editor);
       if (set->members != group.set.members) WriteMembers(*set, tree, editor);
     }
-    WriteReferences(tree, editor);
     editor.Finish();
+    WriteReferences(group, edits);
     return edits.Apply(codebook_.text, group.begin, group.end);
   }
 
@@ -166,15 +168,30 @@ class SetWriter {
     editor.SetAttribute(tree.Root(), "var", JoinTokens(ids));
   }
 
-  void WriteReferences(const XmlTree& tree, ElementEditor& editor) {
-    const auto references = tree.Attribute(tree.Root(), "varGrp");
-    if (!references) return;
-    std::vector<std::string> tokens = SplitTokens(*references);
-    const auto gone =
-        std::erase_if(tokens, [&](const std::string& id) { return goneIds_.contains(id); });
-    if (gone == 0) return;
-    tokens.empty() ? editor.RemoveAttribute(tree.Root(), "varGrp")
-                   : editor.SetAttribute(tree.Root(), "varGrp", JoinTokens(tokens));
+  // Takes the sets that go out of what refers to them outside the groups.
+  void WriteReferences() {
+    references_ = FindSetReferences(codebook_, goneIds_);
+    std::erase_if(references_, [this](const SetReference& reference) {
+      const auto after =
+          std::upper_bound(codebook_.groups.begin(), codebook_.groups.end(), reference.begin,
+                           [](std::size_t position, const Codebook::Group& group) {
+                             return position < group.begin;
+                           });
+      const bool inGroup =
+          after != codebook_.groups.begin() && reference.begin < std::prev(after)->end;
+      if (!inGroup) WriteSetReference(codebook_, reference, writing_.edits);
+      return !inGroup;
+    });
+  }
+
+  // The same within a group.
+  void WriteReferences(const Codebook::Group& group, Edits& edits) const {
+    auto reference = std::lower_bound(
+        references_.begin(), references_.end(), group.begin,
+        [](const SetReference& a, std::size_t position) { return a.begin < position; });
+    for (; reference != references_.end() && reference->begin < group.end; ++reference) {
+      WriteSetReference(codebook_, *reference, edits);
+    }
   }
 
   NewElement NewSet(const VariableSet& set) {
@@ -217,6 +234,7 @@ class SetWriter {
   std::vector<NewElement> unplaced_;
   std::unordered_set<std::string> ownIds_;
   std::unordered_set<std::string> goneIds_;  // of the groups that go
+  std::vector<SetReference> references_;     // to them, in groups
 };
 
 }  // namespace

@@ -13,6 +13,15 @@ namespace {
 constexpr std::size_t kPiece = std::size_t{1} << 18;
 // What expat can be fed at once.
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+// Expat looks at all of an element's declared defaults each time that the element stands there.
+constexpr std::size_t kMostDefaults = 1000;
+
+// Whether a document is in UTF-16, as a byte order mark or its first "<" shows.
+bool IsUtf16(std::string_view text) {
+  using namespace std::string_view_literals;
+  return text.starts_with("\xFE\xFF"sv) || text.starts_with("\xFF\xFE"sv) ||
+         text.starts_with("\0<"sv) || text.starts_with("<\0"sv);
+}
 
 }  // namespace
 
@@ -34,8 +43,11 @@ struct XmlParser::Callbacks {
     auto& self = *static_cast<XmlParser*>(data);
     Guard(self, [&] {
       if (self.depth_++ < self.outermost_) return;
+      // Without the defaults that a declaration gives: what stands in the text is what counts, here
+      // as when the element is read alone.
+      attributes[XML_GetSpecifiedAttributeCount(self.parser_)] = nullptr;
       const auto entered = self.namespaces_.Enter(self.scopes_.back(), attributes);
-      if (!entered) self.Fail("more namespaces are declared around here than can be kept apart");
+      if (!entered) self.Fail("more than 1000 namespaces are declared around this element");
       const Namespaces::Scope scope = *entered;
       self.scopes_.push_back(scope);
       const Name& known = self.NameFor(name);
@@ -103,6 +115,13 @@ struct XmlParser::Callbacks {
                 ": write its text where it is used");
     });
   }
+
+  static void AttributeDeclaration(void* data, const char* /*element*/, const char* /*attribute*/,
+                                   const char* /*type*/, const char* standard, int /*required*/) {
+    auto& self = *static_cast<XmlParser*>(data);
+    if (standard == nullptr || ++self.defaults_ <= kMostDefaults) return;
+    Guard(self, [&] { self.Fail("more than 1000 attributes are declared with a default"); });
+  }
 };
 
 XmlParser::XmlParser(Namespaces& namespaces, XmlHandler& handler)
@@ -135,10 +154,11 @@ void XmlParser::SetCallbacks() {
   XML_SetSkippedEntityHandler(parser_, Callbacks::SkippedEntity);
   XML_SetXmlDeclHandler(parser_, Callbacks::Declaration);
   XML_SetEntityDeclHandler(parser_, Callbacks::EntityDeclaration);
+  XML_SetAttlistDeclHandler(parser_, Callbacks::AttributeDeclaration);
 }
 
 void XmlParser::ParseDocument(std::string_view text) {
-  if (text.starts_with("\xFE\xFF") || text.starts_with("\xFF\xFE")) {
+  if (IsUtf16(text)) {
     throw XmlError("encoding UTF-16 cannot be read: save the document as UTF-8");
   }
   for (std::size_t begin = 0; begin < text.size(); begin += kPiece) {

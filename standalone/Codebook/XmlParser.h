@@ -95,6 +95,7 @@ class XmlParser {
   std::ptrdiff_t offset_ = 0;              // from the parser's positions to those in the document
   std::ptrdiff_t fed_ = 0;
   std::size_t depth_ = 0;
+  std::size_t defaults_ = 0;   // declared of attributes
   std::size_t outermost_ = 0;  // elements of the parser's own around what is reported
   std::size_t textDepth_ = 0;  // of the open element whose text is reported; 0 if there is none
   std::exception_ptr failure_;

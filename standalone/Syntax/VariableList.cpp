@@ -19,6 +19,7 @@ namespace {
 constexpr std::size_t kMostDigits = 9;
 constexpr int kMostNumbers = 999'999'999;
 constexpr int kMostNames = 100'000;
+constexpr std::size_t kMostListed = 5'000'000;
 
 // A name with the number at its end.
 struct NumberedName {
@@ -56,14 +57,20 @@ int Find(const VELA_DataSource& dataSource, const Token& token) {
 std::vector<int> VariableList::Columns(const VELA_DataSource& dataSource) {
   std::vector<int> columns;
   position_ = 0;
-  while (const std::optional<Entry> entry = Next()) AddColumns(*entry, dataSource, columns);
+  while (const std::optional<Entry> entry = Next()) {
+    AddColumns(*entry, dataSource, columns);
+    if (IsTooLong(columns.size())) break;
+  }
   return columns;
 }
 
 std::vector<std::string> VariableList::Names(const VELA_DataSource* dataSource) {
   std::vector<std::string> names;
   position_ = 0;
-  while (const std::optional<Entry> entry = Next()) AddNames(*entry, dataSource, names);
+  while (const std::optional<Entry> entry = Next()) {
+    AddNames(*entry, dataSource, names);
+    if (IsTooLong(names.size())) break;
+  }
   return names;
 }
 
@@ -151,6 +158,14 @@ void VariableList::AddNames(const Entry& entry, const VELA_DataSource* dataSourc
     Fail(*entry.first, "^1 in ^2 cannot be the name of a new variable (line ^3, column ^4)...",
          {entry.first->typed, subcommand_});
   }
+}
+
+// A short command may name the variables of a large file again and again.
+bool VariableList::IsTooLong(std::size_t listed) {
+  if (listed <= kMostListed) return false;
+  Fail(tokens_[position_ - 1], "List in ^1 names more than 5000000 variables (line ^2, column ^3)...",
+       {subcommand_});
+  return true;
 }
 
 void VariableList::AddNumbered(const Entry& range, std::vector<std::string>& names) {

@@ -47,6 +47,8 @@ class VariableList {
   void AddColumns(const Entry& entry, const VELA_DataSource& dataSource, std::vector<int>& columns);
   void AddNames(const Entry& entry, const VELA_DataSource* dataSource,
                 std::vector<std::string>& names);
+  // Whether the list holds more than a list can; reports it.
+  bool IsTooLong(std::size_t listed);
   // Adds the names of one stem with ascending numbers.
   void AddNumbered(const Entry& range, std::vector<std::string>& names);
   bool IsWord(std::size_t position, const char* word) const;
