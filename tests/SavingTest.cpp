@@ -144,7 +144,7 @@ void Refuse(unsigned int call, unsigned int error) {
 }
 
 void LimitFileSize() {
-  const rlimit limit = {kNew.size() / 2, kNew.size() / 2};
+  const rlimit limit = {kNew.size() - 1, kNew.size() - 1};
   Prepare(std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR && setrlimit(RLIMIT_FSIZE, &limit) == 0);
 }
 
@@ -158,7 +158,7 @@ TEST_F(Saving, MeetsAnError) {
     mode_t folder = 0755, before = 0640, after = 0640;
   };
   const Row kRows[] = {{"a full disk", [] { Refuse(SYS_write, ENOSPC); }},
-                       {"a limit in the midst of a chunk", LimitFileSize},
+                       {"a limit that the last chunk meets", LimitFileSize},
                        {"a failing device", [] { Refuse(SYS_fsync, EIO); }},
                        {"a quota that shows late", [] { Refuse(SYS_close, EDQUOT); }},
                        {"no renaming", [] { Refuse(SYS_renameat, EACCES); }},
