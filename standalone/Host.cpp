@@ -27,9 +27,9 @@ Host& Host::Current() {
 
 void Host::SetWorking(std::unique_ptr<VELA_DataSource> dataSource) {
   ReserveOwned();
-  dictionary.dataSource = dataSource.get();
-  active = dataSource.get();
   Own(dataSource.release());
+  dictionary.dataSource = dataSources_.back().get();
+  active = dictionary.dataSource;
 }
 
 void Host::SetCommand(Command next) {

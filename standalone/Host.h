@@ -30,7 +30,7 @@ class Host {
   // Makes the data source the working file.
   void SetWorking(std::unique_ptr<VELA_DataSource> dataSource);
   // The working file as it is now: the store, once NEWVARS has made one.
-  VELA_DataSource& Working() { return *dictionary.dataSource; }
+  VELA_DataSource& Working() const { return *dictionary.dataSource; }
 
   // Sets the command that the next call of applydic_ runs. The fatal-error state starts anew with
   // it; the diagnostics so far are kept.

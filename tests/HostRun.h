@@ -67,8 +67,8 @@ struct Session {
     applydic_();
   }
   // The dictionary as `show --json` has it.
-  nlohmann::ordered_json Json() { return applydic::DictionaryJson(host.Working()); }
-  VELA_Variable& Variable(const char* name) {
+  nlohmann::ordered_json Json() const { return applydic::DictionaryJson(host.Working()); }
+  VELA_Variable& Variable(const char* name) const {
     return host.Working().GetVariable(host.Working().FindVarIndex(name, 0));
   }
 

@@ -16,7 +16,7 @@ struct Opening {
   const char* name;
   std::string text;
   std::string message;  // "PATH" stands for the file's path
-  std::string id = "";
+  std::string id = {};
 };
 void PrintTo(const Opening& opening, std::ostream* out) { *out << opening.name; }
 

@@ -19,7 +19,7 @@ struct Saving {
   std::string source;
   std::string command;
   std::vector<std::pair<std::string, std::string>> changes;  // from, which stands there once; to
-  std::string id = "";                                       // of the data file, with its "#"
+  std::string id = {};                                       // of the data file, with its "#"
 };
 
 void PrintTo(const Saving& saving, std::ostream* out) { *out << saving.name; }

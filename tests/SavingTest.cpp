@@ -100,7 +100,7 @@ int SaveAndKill(const std::string& path, int steps, std::string& calls) {
     status = WaitFor(child);
     __ptrace_syscall_info call = {};
     ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof call, &call);
-    if (call.op == PTRACE_SYSCALL_INFO_ENTRY && kLetters.count(call.entry.nr) != 0) {
+    if (call.op == PTRACE_SYSCALL_INFO_ENTRY && kLetters.contains(call.entry.nr)) {
       calls += kLetters.at(call.entry.nr);
     }
   }

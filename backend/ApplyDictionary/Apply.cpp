@@ -22,7 +22,7 @@ class AddedNames {
   void Add(const VELA_Variable& variable) { names_.insert(variable.GetUpperCaseName()); }
 
   bool Contains(const VELA_Variable& variable) const {
-    return !names_.empty() && names_.count(variable.GetUpperCaseName()) != 0;
+    return !names_.empty() && names_.contains(variable.GetUpperCaseName());
   }
 
  private:

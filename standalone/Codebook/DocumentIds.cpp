@@ -12,7 +12,8 @@ namespace velahost {
 namespace {
 
 // The attributes that hold IDs, and those that refer to IDs of variables and sets.
-constexpr std::array<std::string_view, 5> kIdAttributes = {"ID", "xml:id", "var", "varGrp", "refs"};
+constexpr std::array<std::string_view, 6> kIdAttributes = {"ID",     "xml:id", "var",
+                                                           "varGrp", "refs",   "parent"};
 
 class IdCollector : public XmlHandler {
  public:

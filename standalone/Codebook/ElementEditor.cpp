@@ -30,7 +30,10 @@ std::string_view SpaceBefore(std::string_view text, std::size_t position) {
 }
 
 std::string_view LeadBefore(std::string_view text, std::size_t position) {
-  const std::string_view space = SpaceBefore(text, position);
+  // Every new line repeats it, so of more white space than an indentation has nothing is taken.
+  constexpr std::size_t kLongest = 200;
+  const std::size_t from = position - std::min(position, kLongest);
+  const std::string_view space = SpaceBefore(text.substr(from), position - from);
   std::size_t begin = space.find_last_of("\r\n");
   if (begin == std::string_view::npos) return {};
   if (space[begin] == '\n' && begin > 0 && space[begin - 1] == '\r') --begin;

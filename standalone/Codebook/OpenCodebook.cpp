@@ -132,7 +132,8 @@ void ResolveGroups(CodebookReading& reading, const FileMembership& membership) {
   for (std::size_t i = 0; i < codebook.groups.size(); ++i) {
     Codebook::Group& group = codebook.groups[i];
     std::vector<std::size_t> members;
-    for (const std::string& id : reading.groupMembers[i]) {
+    // Taken out, so that no more than one group's are there twice.
+    for (const std::string& id : std::exchange(reading.groupMembers[i], {})) {
       if (const auto found = places.find(id); found != places.end()) {
         members.push_back(found->second);
       }

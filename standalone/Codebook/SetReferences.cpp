@@ -12,7 +12,7 @@ namespace velahost {
 namespace {
 
 // The attributes whose tokens may be IDs of sets.
-constexpr std::array<std::string_view, 2> kReferring = {"varGrp", "refs"};
+constexpr std::array<std::string_view, 3> kReferring = {"varGrp", "refs", "parent"};
 
 class ReferenceFinder : public XmlHandler {
  public:

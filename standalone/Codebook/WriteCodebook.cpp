@@ -54,13 +54,17 @@ class CodebookWriter {
     AddToDataDescription();
     InsertInto(codebook_, codebook_.root, newInRoot_, layout_, edits_);
     edits_.Sort();
+    // One stretch of variables is not worth a thread.
+    const std::launch launch = file_.readCount > kVariablesAtOnce
+                                   ? std::launch::async | std::launch::deferred
+                                   : std::launch::deferred;
     std::deque<std::future<std::string>> made;
     for (const Stretch& stretch : Stretches()) {
       if (made.size() == kStretchesAtOnce) {
         sink(made.front().get());
         made.pop_front();
       }
-      made.push_back(std::async(&CodebookWriter::BytesOf, this, stretch));
+      made.push_back(std::async(launch, &CodebookWriter::BytesOf, this, stretch));
     }
     for (std::future<std::string>& last : made) sink(last.get());
   }

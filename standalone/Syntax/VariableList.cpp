@@ -163,8 +163,8 @@ void VariableList::AddNames(const Entry& entry, const VELA_DataSource* dataSourc
 // A short command may name the variables of a large file again and again.
 bool VariableList::IsTooLong(std::size_t listed) {
   if (listed <= kMostListed) return false;
-  Fail(tokens_[position_ - 1], "List in ^1 names more than 5000000 variables (line ^2, column ^3)...",
-       {subcommand_});
+  Fail(tokens_[position_ - 1],
+       "List in ^1 names more than 5000000 variables (line ^2, column ^3)...", {subcommand_});
   return true;
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/Data.h"
@@ -17,8 +18,8 @@ class VariableList {
  public:
   // The tokens of the list without the one that ends it, in the named subcommand. They live as long
   // as this object.
-  VariableList(std::span<const Token> tokens, const std::string& subcommand)
-      : tokens_(tokens), subcommand_(subcommand) {}
+  VariableList(std::span<const Token> tokens, std::string subcommand)
+      : tokens_(tokens), subcommand_(std::move(subcommand)) {}
 
   // The columns of the variables listed, in list order, each as often as it is named.
   std::vector<int> Columns(const VELA_DataSource& dataSource);

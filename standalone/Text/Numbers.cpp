@@ -78,7 +78,7 @@ std::string WriteNumber(double number) {
   } else if (count <= exponent + 1) {
     text += digits + std::string(static_cast<std::size_t>(exponent + 1 - count), '0');
   } else {
-    text += digits.insert(static_cast<std::size_t>(exponent + 1), 1, '.');
+    text += digits.insert(static_cast<std::size_t>(exponent) + 1, 1, '.');
   }
   return text;
 }

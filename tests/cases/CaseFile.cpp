@@ -19,7 +19,7 @@ std::string Trimmed(const std::string& text) {
 
 class Reader {
  public:
-  explicit Reader(const std::string& path) : path_(path) {}
+  explicit Reader(std::string path) : path_(std::move(path)) {}
 
   std::vector<Case> Read() {
     std::ifstream input(path_);

@@ -1,0 +1,97 @@
+// A whole run: commands, the source and the working document, cut at lines of four dashes. In the
+// commands 'source' is the source's path. What is in memory after the run comes back from the saved
+// document, and the source stays as it was.
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "fuzz/Expect.h"
+#include "standalone/Codebook/OpenCodebook.h"
+#include "standalone/Host.h"
+#include "standalone/Syntax/Tokenizer.h"
+
+extern "C" void applydic_();
+
+namespace {
+
+using fuzz::Expect;
+
+// A file without a name that is written anew for each run.
+class SourceFile {
+ public:
+  std::string Path() const { return "/proc/self/fd/" + std::to_string(number_); }
+  void Write(const std::string& bytes) const {
+    Expect(ftruncate(number_, 0) == 0, "the source cannot be emptied");
+    Expect(pwrite(number_, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()),
+           "the source cannot be written");
+  }
+
+ private:
+  const int number_ = memfd_create("source", MFD_CLOEXEC);
+};
+
+// Cuts the first part off the text.
+std::string TakePart(std::string& text) {
+  const std::string separator = "\n----\n";
+  const std::size_t end = std::min(text.find(separator), text.size());
+  std::string part = text.substr(0, end);
+  text.erase(0, end + separator.size());
+  return part;
+}
+
+std::string WithPath(std::string command, const std::string& path) {
+  const std::string name = "'source";
+  for (std::size_t at = 0; (at = command.find(name, at)) != std::string::npos; at += path.size()) {
+    command.replace(at, name.size(), "'" + path);
+  }
+  return command;
+}
+
+std::optional<velahost::OpenedCodebook> Open(std::string text) {
+  try {
+    return velahost::OpenCodebookText("working", std::move(text), std::nullopt);
+  } catch (const velahost::CodebookError&) {
+    return std::nullopt;
+  }
+}
+
+// Runs the commands up to the first error; not more than a few, since the fuzzer repeats them.
+void RunCommands(velahost::Host& host, const std::string& text) {
+  constexpr std::size_t kMost = 4;
+  std::vector<velahost::Command> commands = velahost::SplitCommands(text);
+  for (std::size_t i = 0; i < std::min(commands.size(), kMost); ++i) {
+    host.SetCommand(std::move(commands[i]));
+    applydic_();
+    Expect(host.openFrames.empty(), "a frame is left open");
+    if (host.diagnostics.FatalError()) return;
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const SourceFile source;
+  std::string text(reinterpret_cast<const char*>(data), size);
+  const std::string command = WithPath(TakePart(text), source.Path());
+  source.Write(TakePart(text));
+  std::optional<velahost::OpenedCodebook> working = Open(text);
+  if (!working) return 0;
+
+  velahost::Host host;
+  host.SetWorking(std::move(working->dataSource));
+  RunCommands(host, command);
+  const std::string saved = velahost::WriteCodebook(host.Working());
+  const std::optional<velahost::OpenedCodebook> again = Open(saved);
+  Expect(again.has_value(), "what was saved is refused:\n" + saved);
+  fuzz::ExpectSameDictionary(host.Working(), *again->dataSource);
+  Expect(velahost::WriteCodebook(*again->dataSource) == saved, "other bytes the second time");
+  return 0;
+}
