@@ -66,8 +66,8 @@ class FaultyRun {
   static constexpr std::size_t kNoFault = static_cast<std::size_t>(-1);
   static constexpr std::size_t kKeepStates = static_cast<std::size_t>(-2);
 
-  FaultyRun(Session& session, const std::string& command, std::size_t place, Fault fault)
-      : session_(session), diagnosticsBefore_(session.host.diagnostics.All().size()) {
+  FaultyRun(Hosted& hosted, const std::string& command, std::size_t place, Fault fault)
+      : hosted_(hosted), diagnosticsBefore_(hosted.host.diagnostics.All().size()) {
     const Watch watch(
         [&](const std::string& operation) {
           released_.resize(calls.size() + 1, endsContext_);
@@ -85,7 +85,7 @@ class FaultyRun {
           }
         });
     try {
-      session.Run(command);
+      hosted.Run(command);
     } catch (const std::bad_alloc&) {
       passedOn = "bad_alloc";
     } catch (const OtherException&) {
@@ -94,23 +94,23 @@ class FaultyRun {
       passedOn = error.message;
     }
     // A file that could not be opened never was.
-    if (session.host.sourcesRead.size() == 0 && alive["UserInputCaseFile"] == 1) {
+    if (hosted.host.sourcesRead.size() == 0 && alive["UserInputCaseFile"] == 1) {
       alive["UserInputCaseFile"] = 0;
     }
   }
 
   // What the host holds, without what was released.
   std::string State() {
-    const velahost::Host& host = session_.host;
-    return applydic::DictionaryText(session_.host.Working()) + " active " +
-           std::to_string(host.active == &session_.host.Working()) + " weight " +
+    const velahost::Host& host = hosted_.host;
+    return applydic::DictionaryText(hosted_.host.Working()) + " active " +
+           std::to_string(host.active == &hosted_.host.Working()) + " weight " +
            std::to_string(host.legacyWeight) + " indexed " + std::to_string(host.reIndexed) +
            " messages " + std::to_string(host.diagnostics.All().size() - diagnosticsBefore_);
   }
   // The messages of this run.
   std::vector<std::string> Messages() const {
     std::vector<std::string> messages;
-    const auto& all = session_.host.diagnostics.All();
+    const auto& all = hosted_.host.diagnostics.All();
     for (std::size_t i = diagnosticsBefore_; i < all.size(); ++i)
       messages.push_back(all[i].message);
     return messages;
@@ -145,7 +145,7 @@ class FaultyRun {
     throw OtherException();
   }
 
-  Session& session_;
+  Hosted& hosted_;
   const std::size_t diagnosticsBefore_;
   bool endsContext_ = false;
   std::vector<bool> released_;  // at each call, whether the context was released by then
@@ -172,26 +172,26 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
   std::vector<bool> caught;
   std::string outcome;
   {
-    Session session(working_);
-    const FaultyRun run(session, command, FaultyRun::kKeepStates, Fault::kOther);
+    Hosted hosted(working_);
+    const FaultyRun run(hosted, command, FaultyRun::kKeepStates, Fault::kOther);
     calls = run.calls;
     states = run.states;
     messages = run.Messages();
-    outcome = applydic::DictionaryText(session.host.Working());
+    outcome = applydic::DictionaryText(hosted.host.Working());
     for (std::size_t i = 0; i < calls.size(); ++i) caught.push_back(run.IsCaught(i));
   }
   for (std::size_t i = 0; i < calls.size(); ++i) {
     for (const Fault fault : {Fault::kErrorText, Fault::kBadAlloc, Fault::kOther}) {
       SCOPED_TRACE(command + ": call " + std::to_string(i) + ", " + calls[i] + ", fault " +
                    std::to_string(static_cast<int>(fault)));
-      Session session(working_);
-      FaultyRun run(session, command, i, fault);
+      Hosted hosted(working_);
+      FaultyRun run(hosted, command, i, fault);
       const bool isCaught = fault == Fault::kErrorText && caught[i];
       const char* const thrown[] = {"the call failed", "bad_alloc", "other"};
       EXPECT_EQ(run.passedOn, isCaught ? "" : thrown[static_cast<int>(fault)]);
       std::string state = states[i];
       if (isCaught) {
-        const auto& last = session.host.diagnostics.All().back();
+        const auto& last = hosted.host.diagnostics.All().back();
         EXPECT_EQ(last.message, "the call failed");
         EXPECT_EQ(last.level, BpLevelFailure);
         EXPECT_EQ(last.show, BpShowMessage);
@@ -199,7 +199,7 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
         state.replace(count, std::string::npos, std::to_string(std::stoi(state.substr(count)) + 1));
       }
       EXPECT_EQ(run.State(), state) << "changed further, or not as far";
-      EXPECT_TRUE(session.host.openFrames.empty());
+      EXPECT_TRUE(hosted.host.openFrames.empty());
       for (const auto& [object, count] : run.alive) EXPECT_EQ(count, 0) << object;
       auto place = FaultyRun::kInOrder.begin();
       for (const std::string& object : run.ended) {
@@ -207,9 +207,9 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
         EXPECT_NE(place, FaultyRun::kInOrder.end()) << object << " is released too late";
       }
       if (fault != static_cast<Fault>(i % 3)) continue;
-      const FaultyRun next(session, command, FaultyRun::kNoFault, fault);
+      const FaultyRun next(hosted, command, FaultyRun::kNoFault, fault);
       EXPECT_EQ(next.Messages(), messages) << "the next command";
-      EXPECT_EQ(applydic::DictionaryText(session.host.Working()), outcome) << "the next command";
+      EXPECT_EQ(applydic::DictionaryText(hosted.host.Working()), outcome) << "the next command";
       if (HasFailure()) return;
     }
   }
@@ -238,8 +238,8 @@ TEST_F(FaultCommands, ReachEveryOperationThatTheLibraryCalls) {
   std::set<std::string> missing = ImportedOperations();
   EXPECT_GT(missing.size(), 80U);
   for (const char* const command : kCommands) {
-    Session session(working_);
-    const FaultyRun run(session, WithSource(command), FaultyRun::kNoFault, Fault::kOther);
+    Hosted hosted(working_);
+    const FaultyRun run(hosted, WithSource(command), FaultyRun::kNoFault, Fault::kOther);
     for (const std::string& operation : run.calls) missing.erase(operation);
   }
   EXPECT_EQ(missing, std::set<std::string>());

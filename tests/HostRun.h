@@ -58,8 +58,8 @@ class Folder {
 };
 
 // A host with a working file.
-struct Session {
-  explicit Session(const std::string& working) {
+struct Hosted {
+  explicit Hosted(const std::string& working) {
     host.SetWorking(velahost::OpenCodebook(working).dataSource);
   }
   void Run(const std::string& command) {

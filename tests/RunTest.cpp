@@ -58,14 +58,14 @@ constexpr const char* kSource =
     "<codeBook><dataDscr><var name='W' wgt='wgt'/><var name='A'><labl>L</labl><catgry><catValu>1"
     "</catValu><labl>one</labl></catgry></var><var name='N'/></dataDscr></codeBook>";
 
-// A session in a folder with a source.
+// A hosted in a folder with a source.
 struct Runner : Folder {
-  Runner() : session(Write("working.xml", kWorking)) { Write("source.xml", kSource); }
+  Runner() : hosted(Write("working.xml", kWorking)) { Write("source.xml", kSource); }
   void operator()(const std::string& command) {
-    session.Run(Replaced(command, "SRC", "'" + At("source.xml") + "'"));
+    hosted.Run(Replaced(command, "SRC", "'" + At("source.xml") + "'"));
   }
-  velahost::Host& Host() { return session.host; }
-  Session session;
+  velahost::Host& Host() { return hosted.host; }
+  Hosted hosted;
 };
 
 class Order : public testing::TestWithParam<Ordering> {};
@@ -220,8 +220,8 @@ TEST(Store, KeepsEveryPointerThroughInsertions) {
 TEST(ValueLabels, AreSharedAndCopiedWhenWritten) {
   Runner run;
   run("FROM SRC /SOURCE VARIABLES=A /TARGET VARIABLES=a w");
-  VELA_Variable& a = run.session.Variable("a");
-  VELA_Variable& w = run.session.Variable("w");
+  VELA_Variable& a = run.hosted.Variable("a");
+  VELA_Variable& w = run.hosted.Variable("w");
   ASSERT_EQ(HostAccess::Of(a.GetValueLabels()), HostAccess::Of(w.GetValueLabels()));
   const double two = 2;
   const double three = 3;
@@ -238,13 +238,13 @@ TEST(ValueLabels, AreSharedAndCopiedWhenWritten) {
   EXPECT_EQ(VELA_ValueLabelMap(w.GetValueLabels()).Size(), 1);
   // Merging into one of those who share a set, from the set that both had, changes only that one.
   run("FROM * /SOURCE VARIABLES=a /TARGET VARIABLES=b /VARINFO VALLABELS=MERGE");
-  EXPECT_EQ(VELA_ValueLabelMap(run.session.Variable("b").GetValueLabels()).Size(), 2);
+  EXPECT_EQ(VELA_ValueLabelMap(run.hosted.Variable("b").GetValueLabels()).Size(), 2);
   EXPECT_EQ(VELA_ValueLabelMap(w.GetValueLabels()).Size(), 1);
 }
 
 TEST(Variable, IsSetFromWhatItSaysItself) {
   const Folder folder;
-  Session session(folder.Write(
+  Hosted hosted(folder.Write(
       "w.xml",
       "<codeBook><fileDscr><fileTxt><fileCont>a long label of the file</fileCont></fileTxt>"
       "<notes type='VELA:attribute' subject='A'>1</notes></fileDscr><dataDscr><var name='s'><labl>"
@@ -252,8 +252,8 @@ TEST(Variable, IsSetFromWhatItSaysItself) {
       "<catgry><catValu>ab</catValu><labl>x</labl></catgry><varFormat type='character' "
       "formatname='A2'/><notes type='VELA:attribute' subject='A'>1</notes></var><var name='wide'>"
       "<varFormat type='character' formatname='A900'/></var></dataDscr></codeBook>"));
-  VELA_DataSource& file = session.host.Working();
-  VELA_Variable& s = session.Variable("s");
+  VELA_DataSource& file = hosted.host.Working();
+  VELA_Variable& s = hosted.Variable("s");
   file.SetLabel(file.GetLabel() + 7);
   s.SetLabel(s.GetLabel() + 7);
   file.SetAttributes(file.GetAttributes());
@@ -261,12 +261,12 @@ TEST(Variable, IsSetFromWhatItSaysItself) {
   s.SetValueLabels(s.GetValueLabels());
   const OBS* values[3] = {};
   ASSERT_EQ(s.GetMissingValues(values[0], values[1], values[2]), 2);
-  session.Variable("wide").SetMissingValues(2, values[0], values[1], nullptr);
+  hosted.Variable("wide").SetMissingValues(2, values[0], values[1], nullptr);
   s.SetMissingValues(2, values[1], values[0], nullptr);
   s.SetName(s.GetName());
   EXPECT_STREQ(file.GetLabel(), "label of the file");
   EXPECT_STREQ(s.GetLabel(), "label of the variable");
-  const auto json = nlohmann::json::parse(session.Json()["variables"].dump());
+  const auto json = nlohmann::json::parse(hosted.Json()["variables"].dump());
   EXPECT_EQ(json[0]["missing"]["values"], (nlohmann::json{"cd", "ab"}));
   EXPECT_EQ(json[1]["missing"]["values"], (nlohmann::json{"ab", "cd"}));
   EXPECT_EQ(json[0]["attributes"], (nlohmann::json{{"A", {"1"}}}));

@@ -51,14 +51,14 @@ TEST_P(SavedBytes, AreTheDocumentsWithTheChanges) {
   std::string saved;
   nlohmann::ordered_json held;
   {
-    Session session(working);
-    EXPECT_EQ(velahost::WriteCodebook(session.host.Working()), saving.working) << "unchanged";
-    session.Run(Replaced(saving.command, "SRC", "'" + source + "'"));
-    for (const auto& diagnostic : session.host.diagnostics.All()) {
+    Hosted hosted(working);
+    EXPECT_EQ(velahost::WriteCodebook(hosted.host.Working()), saving.working) << "unchanged";
+    hosted.Run(Replaced(saving.command, "SRC", "'" + source + "'"));
+    for (const auto& diagnostic : hosted.host.diagnostics.All()) {
       EXPECT_LT(diagnostic.level, BpLevelError) << diagnostic.message;
     }
-    saved = velahost::WriteCodebook(session.host.Working());
-    held = session.Json();
+    saved = velahost::WriteCodebook(hosted.host.Working());
+    held = hosted.Json();
   }
   EXPECT_EQ(saved, Changed(saving.working, saving));
   // What was held in memory comes back, and once more nothing changes.

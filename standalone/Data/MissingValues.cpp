@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <span>
 
 #include "standalone/Data/Variable.h"
 

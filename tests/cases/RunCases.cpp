@@ -98,16 +98,16 @@ void RunCase(const Case& test, applydic::EntryPoint applyDictionary) {
   CheckReading(folder.Write("source", source), test.source);
   CheckReading(folder.Write("working", CodebookText(test.working)), test.working);
 
-  Session session("working");
-  session.host.pendingTransformations = test.pending;
-  const Json before = session.Json();
+  Hosted hosted("working");
+  hosted.host.pendingTransformations = test.pending;
+  const Json before = hosted.Json();
   for (const velahost::Command& command : velahost::SplitCommands(Joined(test.command))) {
-    RunCommand(command, session.host, applyDictionary);
+    RunCommand(command, hosted.host, applyDictionary);
   }
-  const Lines changes = ChangeLines(before, session.Json());
-  EXPECT_EQ(changes.empty(), before == session.Json()) << "a change that no line shows";
-  CheckOutcome(test, session.host, changes);
-  CheckSaving(session.host.Working(), !changes.empty(), folder);
+  const Lines changes = ChangeLines(before, hosted.Json());
+  EXPECT_EQ(changes.empty(), before == hosted.Json()) << "a change that no line shows";
+  CheckOutcome(test, hosted.host, changes);
+  CheckSaving(hosted.host.Working(), !changes.empty(), folder);
   EXPECT_EQ(source, folder.Read("source"));
 }
 
