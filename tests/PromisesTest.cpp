@@ -68,7 +68,8 @@ constexpr const char* kWorking =
     "</dataDscr></codeBook>";
 constexpr const char* kSource =
     "<codeBook><fileDscr><notes type='VELA:attribute' subject='x'>1</notes></fileDscr><dataDscr>"
-    "<var name='A'><notes type='VELA:attribute' subject='x'>1</notes></var><var name='B' wgt='wgt'/>"
+    "<var name='A'><notes type='VELA:attribute' subject='x'>1</notes></var><var name='B' "
+    "wgt='wgt'/>"
     "</dataDscr></codeBook>";
 
 class Promises : public testing::Test {
