@@ -18,7 +18,7 @@ namespace velahost {
 namespace {
 
 constexpr int kMostLinks = 40;      // as many as the system itself follows
-constexpr int kMostAttempts = 100;  // at a name that no file has
+constexpr int kMostAttempts = 100;  // at a name that no file has, and at a look at one file
 constexpr mode_t kPermissionBits = 07777;
 constexpr const char* kAccessList = "system.posix_acl_access";
 
@@ -100,10 +100,11 @@ Target TargetOf(const std::string& path) {
       Fail(path, "this is not a regular file", "write to a file and send that on");
     }
     // A link that the system makes up (an open file by its number) has a text that leads elsewhere.
-    struct stat found = {};
-    if (stat(target.Path().c_str(), &found) != 0 || found.st_dev != target.status.st_dev ||
-        found.st_ino != target.status.st_ino) {
-      Fail(path, "the file has no path of its own", "name it by its path");
+    // So it seems too where another process replaces the file between the two looks, but not long.
+    for (int attempt = 0; IdentityAt(path) != IdentityAt(target.Path()); ++attempt) {
+      if (attempt == kMostAttempts) {
+        Fail(path, "the file has no path of its own", "name it by its path");
+      }
     }
   } else if (errno != ENOENT) {
     FailBySystem(path, "it cannot be reached");
