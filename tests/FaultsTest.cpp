@@ -94,16 +94,16 @@ class FaultyRun {
       passedOn = error.message;
     }
     // A file that could not be opened never was.
-    if (hosted.host.sourcesRead.size() == 0 && alive["UserInputCaseFile"] == 1) {
+    if (hosted.host.sourcesRead.empty() && alive["UserInputCaseFile"] == 1) {
       alive["UserInputCaseFile"] = 0;
     }
   }
 
   // What the host holds, without what was released.
-  std::string State() {
+  std::string State() const {
     const velahost::Host& host = hosted_.host;
     return applydic::DictionaryText(hosted_.host.Working()) + " active " +
-           std::to_string(host.active == &hosted_.host.Working()) + " weight " +
+           (host.active == &hosted_.host.Working() ? "working" : "other") + " weight " +
            std::to_string(host.legacyWeight) + " indexed " + std::to_string(host.reIndexed) +
            " messages " + std::to_string(host.diagnostics.All().size() - diagnosticsBefore_);
   }
@@ -136,7 +136,7 @@ class FaultyRun {
         "BpString",          "BpComposite",       "BpVariable",
         "ObsValue",          "VELA_ValueLabelMap"};
     const std::string name = operation.substr(0, operation.find("::"));
-    return operation == name + "::" + name && classes.count(name) != 0 ? name : "";
+    return operation == name + "::" + name && classes.contains(name) ? name : "";
   }
 
   [[noreturn]] static void Throw(Fault fault) {
@@ -168,7 +168,9 @@ class Faults : public FaultCommands, public testing::WithParamInterface<const ch
 
 TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
   const std::string command = WithSource(GetParam());
-  std::vector<std::string> calls, states, messages;
+  std::vector<std::string> calls;
+  std::vector<std::string> states;
+  std::vector<std::string> messages;
   std::vector<bool> caught;
   std::string outcome;
   {
@@ -196,7 +198,7 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
         EXPECT_EQ(last.level, BpLevelFailure);
         EXPECT_EQ(last.show, BpShowMessage);
         const std::size_t count = state.rfind(' ') + 1;
-        state.replace(count, std::string::npos, std::to_string(std::stoi(state.substr(count)) + 1));
+        state = state.substr(0, count) + std::to_string(std::stoi(state.substr(count)) + 1);
       }
       EXPECT_EQ(run.State(), state) << "changed further, or not as far";
       EXPECT_TRUE(hosted.host.openFrames.empty());
@@ -225,7 +227,7 @@ std::set<std::string> ImportedOperations() {
     const bool isOperation = !line.empty() && line[0] != '#' && line[0] != '?' &&
                              line.find('~') == std::string::npos && !line.starts_with("typeinfo");
     if (!isOperation) continue;
-    line.erase(line.find("(") == std::string::npos ? line.size() : line.find("("));
+    line.erase(line.find('(') == std::string::npos ? line.size() : line.find('('));
     if (const std::size_t at = line.find("OBS const*"); at != std::string::npos) {
       line.replace(at, std::string::npos, "const OBS*");
     }

@@ -37,7 +37,7 @@ void* operator new(std::size_t size) {
   throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 namespace {
 long Allocations() { return allocations; }
 }  // namespace
@@ -91,13 +91,13 @@ TEST(NameIndex, FindsNamesWithoutRegardToCase) {
                                           "a",
                                           "bb",
                                           "\xC3",
-                                          "\xFF"
-                                          "b",
+                                          std::string("\xFF") + "b",
                                           "\u2C6FX",
                                           n64.substr(1),
                                           m63 + "e",
                                           Repeated(kGrows, 31)};
   std::vector<std::string> names;
+  names.reserve(std::size(kNames));
   for (const auto& [name, spellings] : kNames) names.push_back(name);
   velahost::Host host;
   DEDataStore& store = StoreOf(host, names);
@@ -118,8 +118,9 @@ TEST(NameIndex, IsBuiltByTheFirstLookUpAndKeptUntilRefresh) {
   DEDataStore& store = StoreOf(host, {"b", "a", "c"});
   FastFindDataSource index(store);
   int namesRead = 0;
-  const Watch watch(
-      [&](const std::string& operation) { namesRead += operation.ends_with("GetUpperCaseName"); });
+  const Watch watch([&](const std::string& operation) {
+    namesRead += operation.ends_with("GetUpperCaseName") ? 1 : 0;
+  });
   EXPECT_EQ(namesRead, 0);
   EXPECT_EQ(index.FindVarIndex("x"), -1);
   EXPECT_EQ(namesRead, 3);
@@ -144,6 +145,7 @@ TEST(NameIndex, OfAnEmptyDataSourceFindsNothing) {
 
 TEST(NameIndex, LooksUpWithoutHeapMemory) {
   std::vector<std::string> names;
+  names.reserve(1000);
   for (int i = 0; i < 1000; ++i) names.push_back("Variable_" + std::to_string(i) + kTwo);
   velahost::Host host;
   DEDataStore& store = StoreOf(host, names);
@@ -156,7 +158,7 @@ TEST(NameIndex, LooksUpWithoutHeapMemory) {
   EXPECT_GT(built, before) << "nothing is counted";
   EXPECT_LE(built - before, 2) << "the entries and what sorts them are made in one piece each";
   int found = 0;
-  for (const std::string& name : names) found += index.FindVarIndex(name.c_str()) >= 0;
+  for (const std::string& name : names) found += index.FindVarIndex(name.c_str()) >= 0 ? 1 : 0;
   found += index.FindVarIndex(tooLong.c_str());
   EXPECT_EQ(Allocations(), built);
   EXPECT_EQ(found, 1000 - 1);

@@ -40,6 +40,13 @@ bool DatasourceAttributes::Merge(const DatasourceAttributes& other, bool flag) {
   return merge(this, other, flag);
 }
 
+void ProcedureDataSource::ActiveDataSource(VELA_DataSource& dataSource, bool first, bool second) {
+  EXPECT_TRUE(!first && second);
+  static auto* const activate = OfHost<void(ProcedureDataSource*, VELA_DataSource&, bool, bool)>(
+      "_ZN19ProcedureDataSource16ActiveDataSourceER15VELA_DataSourcebb");
+  activate(this, dataSource, first, second);
+}
+
 #define STRING_NAME "NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE"
 
 // The constructors, as what they are called by: a text that is passed by value is the caller's.
@@ -64,13 +71,15 @@ void MakeComposite(BpComposite* made, const std::string& text, bool isMessage) {
 namespace {
 
 constexpr const char* kWorking =
-    "<codeBook><dataDscr><var name='a'/><var name='b'><varFormat type='character'/></var>"
-    "</dataDscr></codeBook>";
+    "<codeBook><dataDscr><var name='a'/><var name='b'><catgry><catValu>y</catValu><labl>Y</labl>"
+    "</catgry><varFormat type='character' formatname='A8'/></var><var name='c'/></dataDscr>"
+    "</codeBook>";
 constexpr const char* kSource =
     "<codeBook><fileDscr><notes type='VELA:attribute' subject='x'>1</notes></fileDscr><dataDscr>"
     "<var name='A'><notes type='VELA:attribute' subject='x'>1</notes></var><var name='B' "
-    "wgt='wgt'/>"
-    "</dataDscr></codeBook>";
+    "wgt='wgt'><catgry><catValu>x</catValu><labl>X</labl></catgry>"
+    "<varFormat type='character' formatname='A9'/></var><var name='C'><varFormat "
+    "type='character'/></var></dataDscr></codeBook>";
 
 class Promises : public testing::Test {
  protected:
@@ -110,18 +119,31 @@ TEST_F(Promises, TellWhichTextsAreMessages) {
 }
 
 TEST_F(Promises, HoldOfArgumentsThatAreAlwaysTheSame) {
-  Run("FROM SRC /VARINFO ATTRIBUTES=MERGE /FILEINFO ATTRIBUTES=MERGE WEIGHT");
+  Run("FROM SRC /NEWVARS /VARINFO ATTRIBUTES=MERGE /FILEINFO ATTRIBUTES=MERGE WEIGHT");
   EXPECT_EQ(hosted_.Json()["file"]["attributes"].size(), 1U);
   EXPECT_EQ(hosted_.Json()["file"]["weight"], "b");
+}
+
+TEST_F(Promises, BeginEveryPassAndReadNoListThatIsNotThere) {
+  bool begun = false;
+  const Watch watch([&](const std::string& operation) {
+    EXPECT_TRUE(begun || operation != "VELA_ValueLabelMap::GetNextPair");
+    if (operation == "VELA_ValueLabelMap::Reset") begun = true;
+    if (operation == "VELA_ValueLabelMap::VELA_ValueLabelMap") begun = false;
+    EXPECT_NE(operation, "KeywordSubcommand::ExistingVariables");
+  });
+  Run("FROM SRC /VARINFO VALLABELS=MERGE");
+  EXPECT_EQ(hosted_.Json()["variables"][1]["valueLabels"].size(), 2U);
 }
 
 TEST_F(Promises, AddANameOnceAlsoWhereLetterCaseCounts) {
   mindsCase = true;
   Run("FROM SRC /NEWVARS /SOURCE VARIABLES=A /TARGET VARIABLES=New new NEW");
   mindsCase = false;
+  EXPECT_TRUE(hosted_.host.diagnostics.All().empty());
   const auto variables = hosted_.Json()["variables"];
-  ASSERT_EQ(variables.size(), 3U) << variables;
-  EXPECT_EQ(variables[2]["name"], "New");
+  ASSERT_EQ(variables.size(), 4U) << variables;
+  EXPECT_EQ(variables[3]["name"], "New");
 }
 
 }  // namespace

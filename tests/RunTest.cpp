@@ -46,7 +46,7 @@ struct Ordering {
   const char* name;
   std::string commands;  // each but the last ended by a period and a line end
   std::string calls;     // of the last command
-  std::string at = "";   // the word of the call that fails
+  std::string at = {};   // the word of the call that fails
   Fault fault = Fault::kErrorText;
 };
 void PrintTo(const Ordering& ordering, std::ostream* out) { *out << ordering.name; }
@@ -74,7 +74,7 @@ TEST_P(Order, OfCallsAndReleases) {
   const Ordering& ordering = GetParam();
   Runner run;
   std::string command = ordering.commands;
-  if (const std::size_t end = command.find("\n"); end != std::string::npos) {
+  if (const std::size_t end = command.find('\n'); end != std::string::npos) {
     run(command.substr(0, end));
     command.erase(0, end + 1);
   }

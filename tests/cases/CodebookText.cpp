@@ -26,7 +26,7 @@ bool IsQuoted(const std::string& word) { return word[0] == '"'; }
 
 std::string TakeWord(Words& words) {
   if (words.empty()) throw std::runtime_error("a line of a dictionary ends too early");
-  const std::string word = words.front();
+  std::string word = words.front();
   words.pop_front();
   return word;
 }
@@ -64,7 +64,8 @@ std::string Note(const std::string& type, const std::string& text, const std::st
 
 std::string AttributeNotes(Words& words) {
   TakeWord(words);
-  std::string notes, subject;
+  std::string notes;
+  std::string subject;
   for (const std::string& word : TakeUpTo(")", words)) {
     if (IsQuoted(word)) {
       notes += Note("attribute", Text(word), subject);
@@ -106,7 +107,11 @@ std::string Variable(Words words) {
       {"write", "writeFormat"}, {"width", "columnWidth"}, {"role", "role"}, {"align", "alignment"}};
   const std::string name = TakeWord(words);
   const std::string format = TakeWord(words);
-  std::string nature, label, missing, categories, notes;
+  std::string nature;
+  std::string label;
+  std::string missing;
+  std::string categories;
+  std::string notes;
   while (!words.empty()) {
     const std::string word = TakeWord(words);
     const std::string key = word.substr(0, word.find('='));
@@ -116,7 +121,7 @@ std::string Variable(Words words) {
     if (key == "missing") missing = InvalidRange(words);
     if (key == "attr") notes += AttributeNotes(words);
     if (key == "level") nature = " nature=\"" + (value == "scale" ? "interval" : value) + "\"";
-    if (kNoteTypes.count(key) != 0) notes += Note(kNoteTypes.at(key), value);
+    if (kNoteTypes.contains(key)) notes += Note(kNoteTypes.at(key), value);
   }
   static const std::regex kStringFormat("(A|HEX)[0-9]+");
   const bool isString = std::regex_match(format, kStringFormat);
@@ -139,7 +144,10 @@ std::string Group(const std::string& type, Words words) {
 }  // namespace
 
 std::string CodebookText(const Lines& dictionary) {
-  std::string label, notes, groups, variables;
+  std::string label;
+  std::string notes;
+  std::string groups;
+  std::string variables;
   for (const std::string& line : dictionary) {
     Words words = SplitWords(line);
     if (words.front() != "file") {
