@@ -31,13 +31,16 @@ long Allocations() {
 }
 }  // namespace
 #else
-void* operator new(std::size_t size) {
+// Not inlined: the compiler would see one half of a pair and warn that free does not match new.
+[[gnu::noinline]] void* operator new(std::size_t size) {
   ++allocations;
   if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
   throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
 namespace {
 long Allocations() { return allocations; }
 }  // namespace
