@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <iterator>
 
@@ -15,53 +16,63 @@ namespace applydic {
 namespace {
 
 using Json = nlohmann::ordered_json;
-using Line = std::back_insert_iterator<std::string>;
 
 constexpr std::size_t kLineWidth = 100;
 
-std::string Names(const std::vector<const char*>& properties) {
-  return fmt::format("{}", fmt::join(properties, ", "));
+void AppendNames(std::string& text, const std::vector<const char*>& properties) {
+  const char* separator = "";
+  for (const char* property : properties) {
+    text += separator;
+    text += property;
+    separator = ", ";
+  }
 }
 
 // How many variables changed in each property.
-void CountProperties(const std::vector<Changes::OfVariable>& changed, Line text) {
-  for (const char* property : velahost::kPropertyNames) {
-    const auto count = std::count_if(
-        changed.begin(), changed.end(), [property](const Changes::OfVariable& variable) {
-          return std::any_of(
-              variable.properties.begin(), variable.properties.end(),
-              [property](const char* other) { return std::strcmp(property, other) == 0; });
-        });
-    if (count > 0) fmt::format_to(text, "  {:<11}  {:>5}\n", property, count);
+void CountProperties(const std::vector<Changes::OfVariable>& changed, std::string& text) {
+  std::array<int, velahost::kPropertyNames.size()> counts = {};
+  for (const Changes::OfVariable& variable : changed) {
+    // A variable's properties come in the order of the names.
+    std::size_t i = 0;
+    for (const char* property : variable.properties) {
+      while (std::strcmp(property, velahost::kPropertyNames[i]) != 0) ++i;
+      ++counts[i];
+    }
+  }
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    if (counts[i] == 0) continue;
+    fmt::format_to(std::back_inserter(text), "  {:<11}  {:>5}\n", velahost::kPropertyNames[i],
+                   counts[i]);
   }
 }
 
 // What changed of each variable, the names in a column of their own.
-void ListVariables(const std::vector<Changes::OfVariable>& changed, Line text) {
+void ListVariables(const std::vector<Changes::OfVariable>& changed, std::string& text) {
   constexpr std::size_t kWidestName = 32;
   std::size_t width = 0;
   for (const Changes::OfVariable& variable : changed) {
     width = std::max(width, std::min(WidthOf(variable.variable), kWidestName));
   }
   for (const Changes::OfVariable& variable : changed) {
-    fmt::format_to(text, "  {:<{}}  {}\n", Visible(variable.variable), width,
-                   Names(variable.properties));
+    fmt::format_to(std::back_inserter(text), "  {:<{}}  ", Visible(variable.variable), width);
+    AppendNames(text, variable.properties);
+    text += '\n';
   }
 }
 
 // The names, as many on a line as it holds.
-void ListNames(const std::vector<std::string>& names, Line text) {
+void ListNames(const std::vector<std::string>& names, std::string& text) {
   std::string line;
   for (const std::string& name : names) {
     std::string next = Visible(name);
     if (!line.empty() && WidthOf(line) + 2 + WidthOf(next) > kLineWidth) {
-      fmt::format_to(text, "{},\n", line);
+      text += line + ",\n";
       line.clear();
     }
     line += line.empty() ? "  " : ", ";
     line += next;
   }
-  if (!line.empty()) fmt::format_to(text, "{}\n", line);
+  if (!line.empty()) text += line + "\n";
 }
 
 }  // namespace
@@ -85,18 +96,19 @@ Changes ChangesOf(const VELA_DataSource& dataSource) {
 
 std::string AccountText(const Changes& changes, const std::optional<std::string>& written) {
   std::string text;
-  const Line line(text);
+  const auto line = std::back_inserter(text);
   fmt::format_to(line, "Variables changed: {}\n", changes.changed.size());
   if (!changes.changed.empty()) {
-    CountProperties(changes.changed, line);
-    fmt::format_to(line, "\n");
-    ListVariables(changes.changed, line);
-    fmt::format_to(line, "\n");
+    CountProperties(changes.changed, text);
+    text += '\n';
+    ListVariables(changes.changed, text);
+    text += '\n';
   }
   fmt::format_to(line, "Variables added: {}\n", changes.added.size());
-  ListNames(changes.added, line);
-  fmt::format_to(line, "File-level items changed: {}\n",
-                 changes.file.empty() ? "none" : Names(changes.file));
+  ListNames(changes.added, text);
+  text += "File-level items changed: ";
+  AppendNames(text, changes.file.empty() ? std::vector<const char*>{"none"} : changes.file);
+  text += '\n';
   if (written) {
     fmt::format_to(line, "Written to {}\n", Visible(*written));
   } else {

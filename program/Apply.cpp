@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <future>
 #include <memory>
 #include <new>
 #include <optional>
@@ -130,7 +131,8 @@ void WriteWorking(const VELA_DataSource& working, const std::optional<std::strin
 ExitStatus RunApply(const ApplyOptions& options) {
   const EntryPoint applyDictionary = LoadLibrary();
   std::vector<velahost::Command> commands = ReadCommands(options);
-  velahost::Host host;
+  // Never destroyed: the program ends with the run, and the system takes all of it back at once.
+  velahost::Host& host = *new velahost::Host;
   host.sourceAhead.emplace(commands.front());
   velahost::OpenedCodebook working = velahost::OpenCodebook(options.working);
   const std::optional<std::string> destination = Destination(options, working);
@@ -150,10 +152,14 @@ ExitStatus RunApply(const ApplyOptions& options) {
   }
 
   if (destination) RefuseSource(*destination, working.identity, host.sourcesRead);
-  const Changes changes = ChangesOf(host.Working());
+  // The account is made while the codebook is written.
+  std::future<std::string> account = std::async([&] {
+    const Changes changes = ChangesOf(host.Working());
+    return options.json ? JsonText(OutcomeJson(diagnostics, changes, destination))
+                        : AccountText(changes, destination);
+  });
   WriteWorking(host.Working(), destination);
-  WriteOutput(options.json ? JsonText(OutcomeJson(diagnostics, changes, destination))
-                           : AccountText(changes, destination));
+  WriteOutput(account.get());
   return kDone;
 }
 

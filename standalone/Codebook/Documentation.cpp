@@ -77,7 +77,7 @@ class DocumentationCopier : public XmlHandler {
   void Text(std::string_view text) override {
     if (!copying_) return;
     CloseStartTag();
-    Markup() += EscapeText(text);
+    AppendText(Markup(), text);
   }
 
   std::vector<NewElement> Take() { return std::move(elements_); }
@@ -133,8 +133,9 @@ std::string DocumentationOf(const Codebook& codebook, std::size_t place) {
   const Codebook::Variable& variable = codebook.variables[place];
   auto [namespaces, scope] = codebook.namespaces.Only(variable.scope);
   DocumentationCopier copier(namespaces, "");
-  XmlParser(namespaces, copier, codebook.encoding)
-      .ParseElement(codebook.Bytes(variable), variable.begin, scope);
+  XmlParser parser(namespaces, copier, codebook.encoding);
+  parser.MoveTo(variable.begin, scope);
+  parser.Parse(codebook.Bytes(variable));
   std::string documentation;
   for (const NewElement& element : copier.Take()) documentation += element.markup;
   return documentation;
@@ -145,8 +146,8 @@ std::vector<NewElement> DocumentationElements(const std::string& documentation,
   if (documentation.empty()) return {};
   Namespaces namespaces;
   DocumentationCopier copier(namespaces, layout.prefix);
-  XmlParser(namespaces, copier, Encoding::Utf8)
-      .ParseElement("<var>" + documentation + "</var>", 0, Namespaces::kOutermost);
+  XmlParser parser(namespaces, copier, Encoding::Utf8);
+  parser.Parse("<var>" + documentation + "</var>");
   return copier.Take();
 }
 

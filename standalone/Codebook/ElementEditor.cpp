@@ -132,7 +132,8 @@ void ElementEditor::RemoveAttribute(Node node, std::string_view name) {
 }
 
 void ElementEditor::SetText(Node node, std::string_view text) {
-  std::string escaped = RenderText(text, layout_);
+  std::string escaped;
+  AppendText(escaped, text, layout_.newLine);
   if (tree_.HasEndTag(node)) {
     edits_.Replace(tree_.ContentBegin(node), tree_.ContentEnd(node), std::move(escaped));
   } else {
@@ -160,7 +161,7 @@ void ElementEditor::Insert(Node parent, const NewElement& element) {
   }
   Insertion& insertion = insertions_.back();
   insertion.markup += insertion.lead;
-  insertion.markup += Render(element, layout_, insertion.lead);
+  Append(insertion.markup, element, layout_, insertion.lead);
 }
 
 void ElementEditor::Finish() {

@@ -9,7 +9,10 @@ ElementReader::ElementReader(const Codebook& codebook)
 
 const XmlTree& ElementReader::Read(const Codebook::Place& place) {
   tree_.Clear();
-  parser_.ParseElement(codebook_.Bytes(place), place.begin, place.scope);
+  parser_.MoveTo(place.begin, place.scope);
+  // Whole: of a token that comes in pieces expat may keep the last to itself until it is told that
+  // nothing follows.
+  parser_.Parse(codebook_.Bytes(place));
   return tree_;
 }
 

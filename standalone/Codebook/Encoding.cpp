@@ -59,23 +59,28 @@ std::string Decode(std::string_view bytes, Encoding encoding) {
   return utf8;
 }
 
-std::string EscapeText(std::string_view text) {
-  const auto isMarkup = [](char c) { return c == '&' || c == '<' || c == '>'; };
-  if (std::none_of(text.begin(), text.end(), isMarkup)) return std::string(text);
-  std::string escaped;
-  escaped.reserve(text.size());
-  for (const char c : text) {
-    if (c == '&') {
-      escaped += "&amp;";
-    } else if (c == '<') {
-      escaped += "&lt;";
-    } else if (c == '>') {
-      escaped += "&gt;";
-    } else {
-      escaped += c;
+void AppendText(std::string& markup, std::string_view text, std::string_view newLine) {
+  while (!text.empty()) {
+    const auto* const special = std::find_if(text.begin(), text.end(), [](char c) {
+      return c == '&' || c == '<' || c == '>' || c == '\n';
+    });
+    markup.append(text.begin(), special);
+    if (special == text.end()) return;
+    switch (*special) {
+      case '&':
+        markup += "&amp;";
+        break;
+      case '<':
+        markup += "&lt;";
+        break;
+      case '>':
+        markup += "&gt;";
+        break;
+      default:
+        markup += newLine;
     }
+    text.remove_prefix(static_cast<std::size_t>(special - text.begin()) + 1);
   }
-  return escaped;
 }
 
 std::string EscapeAttribute(std::string_view text, char quote) {

@@ -21,8 +21,8 @@ std::string Encode(std::string utf8, Encoding encoding);
 // Bytes of the encoding as UTF-8.
 std::string Decode(std::string_view bytes, Encoding encoding);
 
-// A text as it stands between tags.
-std::string EscapeText(std::string_view text);
+// Adds a text to markup as it stands between tags, with those line ends.
+void AppendText(std::string& markup, std::string_view text, std::string_view newLine = "\n");
 // A text as it stands between the given quotes in an attribute.
 std::string EscapeAttribute(std::string_view text, char quote);
 

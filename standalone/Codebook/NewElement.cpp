@@ -10,18 +10,14 @@ namespace velahost {
 
 namespace {
 
-std::string WithLineEnds(std::string text, std::string_view newLine) {
-  if (newLine == "\n") return text;
-  std::string result;
-  result.reserve(text.size());
+void AppendWithLineEnds(std::string& markup, std::string_view text, std::string_view newLine) {
   for (const char c : text) {
     if (c == '\n') {
-      result += newLine;
+      markup += newLine;
     } else {
-      result += c;
+      markup += c;
     }
   }
-  return result;
 }
 
 // Where the tag that begins at a position ends. An attribute's value may have a ">" in it.
@@ -40,37 +36,39 @@ std::size_t TagEnd(std::string_view markup, std::size_t begin) {
   return markup.size();
 }
 
-// The markup of an element with its lines indented like those of the lead: where white space with a
-// line end is all that stands between two tags.
-std::string WithLead(std::string_view markup, const std::string& lead, const Layout& layout) {
-  std::string result;
-  std::size_t depth = 0;
-  for (std::size_t i = 0; i < markup.size();) {
-    const std::size_t tag = std::min(markup.find('<', i), markup.size());
-    const std::string_view between = markup.substr(i, tag - i);
-    const bool ends = markup.substr(tag, 2) == "</";
+// Adds a line end and indentation, so many levels deeper than the lead; nothing for no lead.
+void AppendLead(std::string& markup, std::string_view lead, std::size_t depth,
+                const Layout& layout) {
+  if (lead.empty()) return;
+  markup += lead;
+  for (std::size_t level = 0; level < depth; ++level) markup += layout.unit;
+}
+
+// Adds markup of an element, its lines indented like the others: where white space with a line end
+// is all that stands between two tags.
+void AppendMarkup(std::string& markup, std::string_view element, const Layout& layout,
+                  std::string_view lead, std::size_t depth) {
+  for (std::size_t i = 0; i < element.size();) {
+    const std::size_t tag = std::min(element.find('<', i), element.size());
+    const std::string_view between = element.substr(i, tag - i);
+    const bool ends = element.substr(tag, 2) == "</";
     const bool indents = !lead.empty() && between.find('\n') != std::string_view::npos &&
                          std::all_of(between.begin(), between.end(), IsSpace);
     if (ends) --depth;
     if (indents) {
-      result += lead;
-      for (std::size_t level = 0; level < depth; ++level) result += layout.unit;
+      AppendLead(markup, lead, depth, layout);
     } else {
-      result += WithLineEnds(std::string(between), layout.newLine);
+      AppendWithLineEnds(markup, between, layout.newLine);
     }
-    i = TagEnd(markup, tag);
-    result += markup.substr(tag, i - tag);
-    if (tag < markup.size() && !ends && markup[i - 2] != '/') ++depth;
+    i = TagEnd(element, tag);
+    markup += element.substr(tag, i - tag);
+    if (tag < element.size() && !ends && element[i - 2] != '/') ++depth;
   }
-  return result;
 }
 
-void RenderTo(std::string& markup, const NewElement& element, const Layout& layout,
-              const std::string& lead) {
-  if (!element.markup.empty()) {
-    markup += WithLead(element.markup, lead, layout);
-    return;
-  }
+void AppendElement(std::string& markup, const NewElement& element, const Layout& layout,
+                   std::string_view lead, std::size_t depth) {
+  if (!element.markup.empty()) return AppendMarkup(markup, element.markup, layout, lead, depth);
   const std::string_view name = NameOf(element.element);
   markup += '<';
   markup += layout.prefix;
@@ -87,15 +85,12 @@ void RenderTo(std::string& markup, const NewElement& element, const Layout& layo
     return;
   }
   markup += '>';
-  markup += RenderText(element.text, layout);
-  if (!element.children.empty()) {
-    const std::string inner = lead.empty() ? std::string() : lead + layout.unit;
-    for (const NewElement& child : element.children) {
-      markup += inner;
-      RenderTo(markup, child, layout, inner);
-    }
-    markup += lead;
+  AppendText(markup, element.text, layout.newLine);
+  for (const NewElement& child : element.children) {
+    AppendLead(markup, lead, depth + 1, layout);
+    AppendElement(markup, child, layout, lead, depth + 1);
   }
+  if (!element.children.empty()) AppendLead(markup, lead, depth, layout);
   markup += "</";
   markup += layout.prefix;
   markup += name;
@@ -106,12 +101,13 @@ void RenderTo(std::string& markup, const NewElement& element, const Layout& layo
 
 std::string Render(const NewElement& element, const Layout& layout, std::string_view lead) {
   std::string markup;
-  RenderTo(markup, element, layout, std::string(lead));
+  Append(markup, element, layout, lead);
   return markup;
 }
 
-std::string RenderText(std::string_view text, const Layout& layout) {
-  return WithLineEnds(EscapeText(text), layout.newLine);
+void Append(std::string& markup, const NewElement& element, const Layout& layout,
+            std::string_view lead) {
+  AppendElement(markup, element, layout, lead, 0);
 }
 
 }  // namespace velahost

@@ -29,8 +29,8 @@ struct Layout {
 // The element as markup in UTF-8. lead is the line end and indentation before it, which is not part
 // of the result; without a line end in it everything stands on one line.
 std::string Render(const NewElement& element, const Layout& layout, std::string_view lead);
-
-// A text as it stands between tags, with the document's line ends.
-std::string RenderText(std::string_view text, const Layout& layout);
+// The same, added to markup.
+void Append(std::string& markup, const NewElement& element, const Layout& layout,
+            std::string_view lead);
 
 }  // namespace velahost

@@ -182,7 +182,9 @@ void TakeVariables(CodebookReading& reading, const FileMembership& membership, s
   for (std::size_t i = 0; i < reading.variables.size(); ++i) {
     if (!membership.Belongs(i, file)) continue;
     VariableReading& variable = reading.variables[i];
-    const std::string name = variable.variable->name;
+    const std::string& name = variable.variable->name;
+    variable.variable->document = reading.codebook;
+    variable.variable->place = i;
     if (name.empty()) {
       nameless.Add(std::to_string(lines.LineOf(codebook.variables[i].begin)));
       continue;

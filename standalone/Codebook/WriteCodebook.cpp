@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -30,13 +31,11 @@ using Node = XmlTree::Node;
 
 // Variables are written so many at a time: enough to be worth a thread, few enough to take little
 // memory.
-constexpr std::size_t kVariablesAtOnce = 512;
-// Stretches of the document that are made at the same time.
-constexpr std::size_t kStretchesAtOnce = 2;
+constexpr std::size_t kVariablesAtOnce = 2048;
 
 // Writes one document. The changes outside its variables are gathered first, as edits of its text.
-// Then the document goes out in stretches, each with the edits of its variables, which are made on
-// threads of their own while the stretches before are taken.
+// Then the document goes out in stretches, each with the edits of its variables; as many are made
+// at the same time as the machine has threads.
 class CodebookWriter {
  public:
   explicit CodebookWriter(const VELA_DataSource::Impl& file)
@@ -54,17 +53,13 @@ class CodebookWriter {
     AddToDataDescription();
     InsertInto(codebook_, codebook_.root, newInRoot_, layout_, edits_);
     edits_.Sort();
-    // One stretch of variables is not worth a thread.
-    const std::launch launch = file_.readCount > kVariablesAtOnce
-                                   ? std::launch::async | std::launch::deferred
-                                   : std::launch::deferred;
+    const std::size_t threads = std::max(1U, std::thread::hardware_concurrency());
     std::deque<std::future<std::string>> made;
     for (const Stretch& stretch : Stretches()) {
-      if (made.size() == kStretchesAtOnce) {
-        sink(made.front().get());
-        made.pop_front();
-      }
-      made.push_back(std::async(launch, &CodebookWriter::BytesOf, this, stretch));
+      made.push_back(std::async(&CodebookWriter::BytesOf, this, stretch));
+      if (made.size() <= threads) continue;
+      sink(made.front().get());
+      made.pop_front();
     }
     for (std::future<std::string>& last : made) sink(last.get());
   }
@@ -81,15 +76,14 @@ class CodebookWriter {
   // The text from end to end, cut behind variables.
   std::vector<Stretch> Stretches() const {
     std::vector<Stretch> stretches;
-    std::size_t begin = 0;
     for (std::size_t column = 0; column < file_.readCount; column += kVariablesAtOnce) {
+      const std::size_t begin = stretches.empty() ? 0 : stretches.back().end;
       const std::size_t last = std::min(column + kVariablesAtOnce, file_.readCount);
-      const std::size_t end = AsRead(last - 1).end;
-      stretches.push_back({begin, end, column, last});
-      begin = end;
+      stretches.push_back({begin, AsRead(last - 1).end, column, last});
     }
+    if (stretches.empty()) stretches.push_back({0, 0, 0, 0});
     // One byte more than there is takes in what is inserted behind all.
-    stretches.push_back({begin, codebook_.text.size() + 1, 0, 0});
+    stretches.back().end = codebook_.text.size() + 1;
     return stretches;
   }
 

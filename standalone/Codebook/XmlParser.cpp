@@ -11,8 +11,6 @@ namespace {
 
 // Expat copies what it is fed, so a document is fed in pieces.
 constexpr std::size_t kPiece = std::size_t{1} << 18;
-// What expat can be fed at once.
-constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
 // Expat looks at all of an element's declared defaults each time that the element stands there.
 constexpr std::size_t kMostDefaults = 1000;
 
@@ -105,6 +103,11 @@ struct XmlParser::Callbacks {
     });
   }
 
+  static void DocumentType(void* data, const char* /*name*/, const char* /*system*/,
+                           const char* /*public*/, int /*hasInternalSubset*/) {
+    static_cast<XmlParser*>(data)->hasDocumentType_ = true;
+  }
+
   static void EntityDeclaration(void* data, const char* name, int /*isParameterEntity*/,
                                 const char* /*value*/, int /*length*/, const char* /*base*/,
                                 const char* /*system*/, const char* /*public*/,
@@ -153,36 +156,63 @@ void XmlParser::SetCallbacks() {
   XML_SetElementHandler(parser_, Callbacks::Start, Callbacks::End);
   XML_SetSkippedEntityHandler(parser_, Callbacks::SkippedEntity);
   XML_SetXmlDeclHandler(parser_, Callbacks::Declaration);
+  XML_SetStartDoctypeDeclHandler(parser_, Callbacks::DocumentType);
   XML_SetEntityDeclHandler(parser_, Callbacks::EntityDeclaration);
   XML_SetAttlistDeclHandler(parser_, Callbacks::AttributeDeclaration);
 }
 
 void XmlParser::ParseDocument(std::string_view text) {
-  if (IsUtf16(text)) {
-    throw XmlError("encoding UTF-16 cannot be read: save the document as UTF-8");
-  }
   for (std::size_t begin = 0; begin < text.size(); begin += kPiece) {
-    Feed(text.substr(begin, kPiece), false);
+    Parse(text.substr(begin, kPiece));
   }
-  Feed({}, true);
+  Finish();
 }
 
-void XmlParser::ParseElement(std::string_view text, std::size_t begin, Namespaces::Scope scope) {
-  offset_ = static_cast<std::ptrdiff_t>(begin) - fed_;
-  scopes_.back() = scope;
-  // Whole as far as that goes: of a token that comes in pieces expat may keep the last to itself
-  // until it is told that nothing follows.
-  for (std::size_t at = 0; at < text.size(); at += kMostAtOnce) {
-    Feed(text.substr(at, kMostAtOnce), false);
+void XmlParser::Parse(std::string_view bytes) {
+  if (fed_ == 0 && IsUtf16(bytes)) {
+    throw XmlError("encoding UTF-16 cannot be read: save the document as UTF-8");
   }
+  for (std::size_t at = 0; at < bytes.size(); at += kMostAtOnce) {
+    Feed(bytes.substr(at, kMostAtOnce), false);
+  }
+}
+
+void XmlParser::Finish() { Feed({}, true); }
+
+void XmlParser::MoveTo(std::size_t position, Namespaces::Scope scope) {
+  offset_ = static_cast<std::ptrdiff_t>(position) - fed_;
+  scopes_.back() = scope;
+}
+
+void XmlParser::ParsePart(std::string_view text, std::size_t begin, Encoding encoding,
+                          Namespaces::Scope scope) {
+  constexpr std::string_view kStart = "<x>";
+  constexpr std::string_view kEnd = "</x>";
+  XML_SetEncoding(parser_, NameOf(encoding));
+  encoding_ = encoding;
+  outermost_ = 1;
+  MoveTo(begin, scope);
+  offset_ -= static_cast<std::ptrdiff_t>(kStart.size());
+  // All at once, and as the last: of what is not the last expat counts the lines.
+  const auto size = static_cast<int>(kStart.size() + text.size() + kEnd.size());
+  auto* const buffer = static_cast<char*>(XML_GetBuffer(parser_, size));
+  if (buffer == nullptr) throw std::bad_alloc();
+  char* const behindStart = std::copy(kStart.begin(), kStart.end(), buffer);
+  char* const behindText = std::copy(text.begin(), text.end(), behindStart);
+  std::copy(kEnd.begin(), kEnd.end(), behindText);
+  Check(XML_ParseBuffer(parser_, size, XML_TRUE) == XML_STATUS_OK);
 }
 
 void XmlParser::Feed(std::string_view bytes, bool last) {
   const XML_Status status =
       XML_Parse(parser_, bytes.data(), static_cast<int>(bytes.size()), last ? XML_TRUE : XML_FALSE);
   fed_ += static_cast<std::ptrdiff_t>(bytes.size());
+  Check(status == XML_STATUS_OK);
+}
+
+void XmlParser::Check(bool parsed) const {
   if (failure_) std::rethrow_exception(failure_);
-  if (status == XML_STATUS_OK) return;
+  if (parsed) return;
   const XML_Error error = XML_GetErrorCode(parser_);
   if (error == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
   Fail(XML_ErrorString(error));

@@ -51,25 +51,40 @@ class XmlHandler {
   ~XmlHandler() = default;
 };
 
-// An XML parser that tells where everything stands. It reads a whole document, or elements cut out
-// of one that has been read, one after the other.
+// An XML parser that tells where everything stands. It reads one document, or what is cut out of
+// one.
 class XmlParser {
  public:
-  // For a whole document; its encoding is found.
+  // For a whole document, whose encoding is found, or for one part of a document.
   XmlParser(Namespaces& namespaces, XmlHandler& handler);
-  // For elements cut out of a document of that encoding.
+  // For elements cut out of a document of that encoding, one after the other.
   XmlParser(Namespaces& namespaces, XmlHandler& handler, Encoding encoding);
   XmlParser(const XmlParser&) = delete;
   XmlParser& operator=(const XmlParser&) = delete;
   ~XmlParser();
 
+  // What a parser reads at once, in bytes.
+  static constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+
   // Reads a whole document. Throws XmlError.
   void ParseDocument(std::string_view text);
-  // Reads one element that stands at begin in its document, in the given scope. Throws XmlError.
-  void ParseElement(std::string_view text, std::size_t begin, Namespaces::Scope scope);
+  // The same step by step: reads the next bytes, and ends the document. Throws XmlError.
+  void Parse(std::string_view bytes);
+  void Finish();
+  // What is read next stands at this place of the document and in this scope. What was left out is
+  // read elsewhere; the lines and columns of an XmlError do not count it.
+  void MoveTo(std::size_t position, Namespaces::Scope scope);
+
+  // Reads a part that stands at begin in a document of that encoding without a document type
+  // declaration, in the given scope. Throws XmlError, also if the part does not end outside of all
+  // that begins in it. Called once. REQUIRES: at most kMostAtOnce bytes.
+  void ParsePart(std::string_view text, std::size_t begin, Encoding encoding,
+                 Namespaces::Scope scope);
 
   // The encoding of the document that is being read.
   Encoding DocumentEncoding() const { return encoding_; }
+  // Whether the document has a document type declaration, as far as it has been read.
+  bool HasDocumentType() const { return hasDocumentType_; }
 
  private:
   struct Callbacks;
@@ -82,6 +97,7 @@ class XmlParser {
 
   void SetCallbacks();
   void Feed(std::string_view bytes, bool last);
+  void Check(bool parsed) const;
   [[noreturn]] void Fail(const std::string& reason) const;
   const Name& NameFor(std::string_view name);
   std::size_t Position() const;
@@ -98,6 +114,7 @@ class XmlParser {
   std::size_t defaults_ = 0;   // declared of attributes
   std::size_t outermost_ = 0;  // elements of the parser's own around what is reported
   std::size_t textDepth_ = 0;  // of the open element whose text is reported; 0 if there is none
+  bool hasDocumentType_ = false;
   std::exception_ptr failure_;
 };
 

@@ -19,6 +19,7 @@ class XmlTree {
   static constexpr Node kNone = -1;
 
   void Clear();
+  bool Empty() const { return nodes_.empty(); }
   // The events, from an element's start to its end.
   void Start(const XmlStart& start);
   void End(std::size_t begin, std::size_t end);
@@ -26,7 +27,7 @@ class XmlTree {
   // The elements whose text is kept.
   static bool ReadsText(Element element);
   // Whether the end of the last element has come.
-  bool Complete() const { return open_ == kNone && !nodes_.empty(); }
+  bool Complete() const { return open_ == kNone && !Empty(); }
 
   std::size_t ElementCount() const { return nodes_.size(); }
   // The last of the outermost elements.

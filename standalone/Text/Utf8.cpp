@@ -2,6 +2,7 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace velahost {
@@ -14,12 +15,11 @@ std::size_t BytesOf(int code) {
   return code < 0x10000 ? 3 : 4;
 }
 
+int AsciiCapitalOf(int code) { return code >= 'a' && code <= 'z' ? code - ('a' - 'A') : code; }
+
 // The capital of a well-formed character; the character itself where the capital takes more bytes.
 int CapitalOf(const Character& character) {
-  if (character.code < 0x80) {
-    return character.code >= 'a' && character.code <= 'z' ? character.code - ('a' - 'A')
-                                                          : character.code;
-  }
+  if (character.code < 0x80) return AsciiCapitalOf(character.code);
   const int capital = utf8proc_toupper(character.code);
   return BytesOf(capital) > character.length ? character.code : capital;
 }
@@ -30,6 +30,10 @@ std::size_t UpperCaseBytes(char* text, std::size_t size) {
   const std::string_view all(text, size);
   std::size_t written = 0;
   for (std::size_t read = 0; read < size;) {
+    if (static_cast<unsigned char>(text[read]) < 0x80) {  // as most are
+      text[written++] = static_cast<char>(AsciiCapitalOf(text[read++]));
+      continue;
+    }
     const Character character = CharacterAt(all, read);
     const int capital = character.code < 0 ? -1 : CapitalOf(character);
     if (capital == character.code) {
@@ -117,6 +121,14 @@ std::string_view Trim(std::string_view text) {
 
 std::string Collapse(std::string_view text) {
   text = Trim(text);
+  // Most texts are as they should be.
+  char before = '\0';
+  const bool isCollapsed = std::none_of(text.begin(), text.end(), [&before](char c) {
+    const bool isWrong = IsSpace(c) && (c != ' ' || before == ' ');
+    before = c;
+    return isWrong;
+  });
+  if (isCollapsed) return std::string(text);
   std::string collapsed;
   collapsed.reserve(text.size());
   for (const char c : text) {

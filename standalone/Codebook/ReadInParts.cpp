@@ -1,0 +1,156 @@
+#include "standalone/Codebook/ReadInParts.h"
+
+#include <algorithm>
+#include <atomic>
+#include <future>
+#include <iterator>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "standalone/Codebook/DocumentReader.h"
+
+namespace velahost {
+
+namespace {
+
+// The document is parsed in pieces of this size until it is seen where it can be cut, and parts are
+// about as large: what is read of one and the parser's copy of it fit into a processor's cache.
+constexpr std::size_t kPiece = std::size_t{1} << 18;
+
+// Where a text is cut: behind the end tag, every kPiece bytes or a little more from begin on. The
+// last cut is behind the last end tag. Less than three cuts if that makes no two parts.
+std::vector<std::size_t> Cuts(std::string_view text, std::size_t begin, std::string_view endTag) {
+  const std::size_t last = text.rfind(endTag);
+  std::vector<std::size_t> cuts;
+  if (last == std::string_view::npos) return cuts;
+  for (std::size_t from = begin; from <= last; from = cuts.back() + kPiece) {
+    const std::size_t cut = text.find(endTag, from) + endTag.size();
+    if (!cuts.empty() && cut - cuts.back() > XmlParser::kMostAtOnce / 2) return {};
+    cuts.push_back(cut);
+  }
+  return cuts;
+}
+
+// Whether threads are there to read parts on.
+std::size_t Threads() { return std::thread::hardware_concurrency(); }
+
+template <typename Item>
+void MoveInto(std::vector<Item>& items, std::size_t& place, std::vector<Item>& others) {
+  items.insert(items.begin() + static_cast<std::ptrdiff_t>(place),
+               std::make_move_iterator(others.begin()), std::make_move_iterator(others.end()));
+  place += others.size();
+}
+
+// The parts of one document, while it is read.
+class Parts {
+ public:
+  explicit Parts(CodebookReading& reading) : reading_(reading), codebook_(*reading.codebook) {}
+
+  bool Empty() const { return cuts_.empty(); }
+
+  // Starts to read what stands between the cuts, which is the inside of the last dataDscr. Called
+  // behind the first cut.
+  void Start(std::vector<std::size_t> cuts, Encoding encoding, Namespaces::Scope scope) {
+    cuts_ = std::move(cuts);
+    read_.resize(cuts_.size() - 1);
+    dataDescription_ = codebook_.dataDescriptions.size() - 1;
+    variables_ = readings_ = codebook_.variables.size();
+    groups_ = members_ = codebook_.groups.size();
+    for (std::size_t i = 0; i < std::min(Threads(), read_.size()); ++i) {
+      workers_.push_back(std::async(&Parts::ReadNext, this, codebook_.namespaces, encoding, scope));
+    }
+  }
+
+  // Puts what has been read where it stands in the document. Throws XmlError if a part was none.
+  void Take() {
+    for (std::future<void>& worker : workers_) worker.get();
+    std::size_t count = codebook_.variables.size();
+    for (const CodebookReading& part : read_) count += part.variables.size();
+    codebook_.variables.reserve(count);
+    reading_.variables.reserve(count);
+    for (CodebookReading& part : read_) {
+      MoveInto(codebook_.variables, variables_, part.codebook->variables);
+      MoveInto(reading_.variables, readings_, part.variables);
+      MoveInto(codebook_.groups, groups_, part.codebook->groups);
+      MoveInto(reading_.groupMembers, members_, part.groupMembers);
+      auto& last = codebook_.dataDescriptions[dataDescription_].last;
+      for (const auto& [element, place] : part.codebook->dataDescriptions.front().last) {
+        Codebook::Place& known = last[element];
+        if (known.end < place.end) known = place;
+      }
+    }
+  }
+
+ private:
+  // Reads parts as long as there are any. Called on several threads at once.
+  void ReadNext(Namespaces namespaces, Encoding encoding, Namespaces::Scope scope) {
+    for (std::size_t i = next_++; i < read_.size(); i = next_++) {
+      read_[i].codebook = std::make_shared<Codebook>();
+      DocumentReader handler(read_[i], scope);
+      XmlParser(namespaces, handler)
+          .ParsePart(std::string_view(codebook_.text).substr(cuts_[i], cuts_[i + 1] - cuts_[i]),
+                     cuts_[i], encoding, scope);
+    }
+  }
+
+  CodebookReading& reading_;
+  Codebook& codebook_;
+  std::vector<std::size_t> cuts_;
+  std::vector<CodebookReading> read_;  // of each part
+  std::atomic<std::size_t> next_ = 0;  // part to be read
+  std::size_t dataDescription_ = 0;
+  // Where what was read of the next part belongs.
+  std::size_t variables_ = 0;
+  std::size_t readings_ = 0;
+  std::size_t groups_ = 0;
+  std::size_t members_ = 0;
+  std::vector<std::future<void>> workers_;
+};
+
+}  // namespace
+
+bool ReadInParts(CodebookReading& reading) {
+  Codebook& codebook = *reading.codebook;
+  const std::string_view text = codebook.text;
+  DocumentReader handler(reading);
+  XmlParser parser(codebook.namespaces, handler);
+  Parts parts(reading);
+  bool mayCut = Threads() > 1;
+  try {
+    for (std::size_t at = 0; at < text.size();) {
+      parser.Parse(text.substr(at, kPiece));
+      at = std::min(at + kPiece, text.size());
+      const DocumentReader::Tag endTag = handler.VariableEnd();
+      if (!mayCut || endTag.end == 0) continue;
+      mayCut = false;
+      auto cuts = Cuts(text, at, text.substr(endTag.begin, endTag.end - endTag.begin));
+      if (cuts.size() < 3 || parser.HasDocumentType()) continue;
+      parser.Parse(text.substr(at, cuts.front() - at));
+      at = cuts.front();
+      if (!handler.StandsBehindVariable(at)) continue;
+      const std::size_t last = cuts.back();
+      parts.Start(std::move(cuts), parser.DocumentEncoding(), handler.Scope());
+      at = last;
+      parser.MoveTo(at, handler.Scope());
+    }
+    parser.Finish();
+    parts.Take();
+  } catch (const XmlError&) {
+    if (parts.Empty()) throw;
+    return false;
+  }
+  codebook.encoding = parser.DocumentEncoding();
+  return true;
+}
+
+void ReadWhole(CodebookReading& reading) {
+  Codebook& codebook = *reading.codebook;
+  DocumentReader handler(reading);
+  XmlParser parser(codebook.namespaces, handler);
+  parser.ParseDocument(codebook.text);
+  codebook.encoding = parser.DocumentEncoding();
+}
+
+}  // namespace velahost
