@@ -64,7 +64,7 @@ TEST_P(SavedBytes, AreTheDocumentsWithTheChanges) {
   // What was held in memory comes back, and once more nothing changes.
   folder.Write("working.xml", saved);
   const velahost::OpenedCodebook again = velahost::OpenCodebook(working);
-  EXPECT_EQ(applydic::DictionaryJson(*again.dataSource).dump(1), held.dump(1));
+  EXPECT_EQ(DictionaryJson(*again.dataSource).dump(1), held.dump(1));
   EXPECT_EQ(velahost::WriteCodebook(*again.dataSource), saved);
 }
 
