@@ -169,8 +169,8 @@ void ListVariable(const VELA_Variable::Impl& variable, Listing& listing) {
   listing.Items("attributes", AttributeTexts(now.attributes));
 }
 
-// The dictionary of a large file takes many times the file's size as JSON, so it is written as it is
-// made.
+// The dictionary of a large file takes many times the file's size as JSON, so it is written as it
+// is made.
 void WriteJson(const VELA_DataSource& dataSource) {
   constexpr std::size_t kAtOnce = std::size_t{1} << 16;
   std::string text;
