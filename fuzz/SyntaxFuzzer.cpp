@@ -29,8 +29,8 @@ constexpr const char* kDocument = R"(<codeBook><dataDscr>
 <var name="a"/><var name="B2"/><var name="x1"/><var name="x09"/><var name="to"/><var name="12"/>
 <var name="&#xC4;pfel"/><var name="all"/><var name="y.z"/><var name="p#1"/></dataDscr></codeBook>)";
 
-// The errors that have been reported.
-std::size_t Errors() { return velahost::Host::Current().diagnostics.All().size(); }
+// The errors of the command that have been found.
+std::size_t Errors() { return velahost::Host::Current().diagnostics.Errors(); }
 
 void ReadTokens(TokenSequenceBase& tokens) {
   while (tokens.Kind() != TokenSequenceBase::KindEnd &&

@@ -27,6 +27,9 @@
 namespace applydic {
 namespace {
 
+// What a syntax file may have: a pipe or a device need not have an end.
+constexpr std::size_t kMostMegabytes = 16;
+
 // A syntax file, whole; "-" is standard input.
 std::string ReadSyntax(const std::string& path) {
   const bool isInput = path == "-";
@@ -41,6 +44,11 @@ std::string ReadSyntax(const std::string& path) {
   while (file != nullptr) {
     const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get());
     text.append(buffer.data(), count);
+    if (text.size() > kMostMegabytes << 20) {
+      throw Failure("Cannot read commands from " + name + ": it has more than " +
+                    std::to_string(kMostMegabytes) +
+                    " MB; give the commands in several smaller files.");
+    }
     if (count < buffer.size()) break;
   }
   if (file == nullptr || std::ferror(file.get()) != 0) {

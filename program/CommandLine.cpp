@@ -75,7 +75,7 @@ class CommandLine {
         ->group(from);
     applyCommand_
         ->add_option("-f,--syntax", syntaxFile_,
-                     "One or more commands from a file ('-': standard input)")
+                     "Commands from a file, 16 MB at most ('-': standard input)")
         ->type_name("FILE")
         ->group(from);
     const std::string to = "Where to (exactly one)";

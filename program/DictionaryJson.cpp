@@ -18,6 +18,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr int kIndent = 2;
+
 Json TextJson(const std::optional<std::string>& text) { return text ? Json(*text) : Json(nullptr); }
 
 // A whole number without a point; an infinite one, the open end of a range, as null.
@@ -35,11 +37,14 @@ Json StringJson(const std::string& value) {
 }
 
 Json AttributesJson(const DatasourceAttributes& attributes) {
-  Json json = Json::object();
-  for (const velahost::Attribute& attribute : HostAccess::Of(attributes).attributes) {
-    json[attribute.name] = attribute.values;
+  const std::vector<velahost::Attribute>& all = HostAccess::Of(attributes).attributes;
+  Json::object_t object;
+  object.reserve(all.size());
+  // No name stands there twice, so none is looked for: an ordered object looks through all it has.
+  for (const velahost::Attribute& attribute : all) {
+    object.emplace_back(attribute.name, attribute.values);
   }
-  return json;
+  return object;
 }
 
 Json SetsJson(const std::vector<VariableSet>& sets) {
@@ -114,20 +119,31 @@ Json VariableJson(const VELA_Variable::Impl& variable) {
           {"attributes", AttributesJson(now.attributes)}};
 }
 
+// The text of a value, each line behind the first indented to stand so deep in another value.
+std::string TextAt(std::size_t depth, const Json& json) {
+  const std::string text = json.dump(kIndent, ' ', false, Json::error_handler_t::replace);
+  std::string indented;
+  // A line feed in a string is spelled \n, so each that stands here ends a line.
+  for (const char c : text) {
+    indented += c;
+    if (c == '\n') indented.append(depth * kIndent, ' ');
+  }
+  return indented;
+}
+
 }  // namespace
 
-nlohmann::ordered_json DictionaryJson(const VELA_DataSource& dataSource) {
+void WriteDictionaryJson(const VELA_DataSource& dataSource, const TextSink& sink) {
   const VELA_DataSource::Impl& impl = HostAccess::Of(dataSource);
-  Json variables = Json::array();
+  sink("{\n  \"file\": " + TextAt(1, FileJson(impl)) + ",\n  \"variables\": [");
+  const char* before = "\n    ";
   for (const VELA_Variable& variable : impl.variables) {
-    variables.push_back(VariableJson(HostAccess::Of(variable)));
+    sink(before + TextAt(2, VariableJson(HostAccess::Of(variable))));
+    before = ",\n    ";
   }
-  return {{"file", FileJson(impl)}, {"variables", std::move(variables)}};
+  sink(impl.variables.empty() ? "]\n}\n" : "\n  ]\n}\n");
 }
 
-std::string JsonText(const nlohmann::ordered_json& json) {
-  constexpr int kIndent = 2;
-  return json.dump(kIndent, ' ', false, Json::error_handler_t::replace) + "\n";
-}
+std::string JsonText(const nlohmann::ordered_json& json) { return TextAt(0, json) + "\n"; }
 
 }  // namespace applydic

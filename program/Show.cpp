@@ -169,6 +169,20 @@ void ListVariable(const VELA_Variable::Impl& variable, Listing& listing) {
   listing.Items("attributes", AttributeTexts(now.attributes));
 }
 
+// The dictionary of a large file takes many times the file's size as JSON, so it is written as it
+// is made.
+void WriteJson(const VELA_DataSource& dataSource) {
+  constexpr std::size_t kAtOnce = std::size_t{1} << 16;
+  std::string text;
+  WriteDictionaryJson(dataSource, [&text](std::string_view piece) {
+    text += piece;
+    if (text.size() < kAtOnce) return;
+    WriteOutput(text);
+    text.clear();
+  });
+  WriteOutput(text);
+}
+
 }  // namespace
 
 std::string DictionaryText(const VELA_DataSource& dataSource) {
@@ -186,8 +200,11 @@ ExitStatus RunShow(const ShowOptions& options) {
   for (const velahost::ReadingWarning& warning : opened.warnings) {
     WriteWarning(velahost::Render(warning.text, warning.arguments));
   }
-  WriteOutput(options.json ? JsonText(DictionaryJson(*opened.dataSource))
-                           : DictionaryText(*opened.dataSource));
+  if (options.json) {
+    WriteJson(*opened.dataSource);
+  } else {
+    WriteOutput(DictionaryText(*opened.dataSource));
+  }
   return kDone;
 }
 

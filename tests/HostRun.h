@@ -57,6 +57,16 @@ class Folder {
   std::filesystem::path path_;
 };
 
+// The dictionary as `show --json` has it.
+inline std::string DictionaryJsonText(const VELA_DataSource& dataSource) {
+  std::string text;
+  applydic::WriteDictionaryJson(dataSource, [&](std::string_view piece) { text += piece; });
+  return text;
+}
+inline nlohmann::ordered_json DictionaryJson(const VELA_DataSource& dataSource) {
+  return nlohmann::ordered_json::parse(DictionaryJsonText(dataSource));
+}
+
 // A host with a working file.
 struct Hosted {
   explicit Hosted(const std::string& working) {
@@ -66,8 +76,7 @@ struct Hosted {
     host.SetCommand(velahost::SplitCommands(command).front());
     applydic_();
   }
-  // The dictionary as `show --json` has it.
-  nlohmann::ordered_json Json() const { return applydic::DictionaryJson(host.Working()); }
+  nlohmann::ordered_json Json() const { return DictionaryJson(host.Working()); }
   VELA_Variable& Variable(const char* name) const {
     return host.Working().GetVariable(host.Working().FindVarIndex(name, 0));
   }

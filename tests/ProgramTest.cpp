@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <future>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -136,6 +137,27 @@ TEST_F(Program, TellsTheOutcomeAsJson) {
   EXPECT_EQ(Run("apply --json -c \"FROM *\" -i 'w.xml#F1'"), 0);
   EXPECT_EQ(Outcome()["written"], "w.xml");
   EXPECT_EQ(folder_.Read("w.xml"), kWorking) << "nothing changed";
+}
+
+TEST_F(Program, ReadsCommandsUpToABound) {
+  constexpr std::size_t kMost = std::size_t{16} << 20;
+  const std::string command = "FROM 's.xml' /VARINFO VARLABEL.";
+  folder_.Write("c.txt", command);
+  std::filesystem::resize_file(folder_.At("c.txt"), kMost + 1);
+  for (const std::string from : {"c.txt", "- <c.txt"}) {
+    EXPECT_EQ(Run("apply -n w.xml -f " + from), 2);
+    EXPECT_NE(err_.find("more than 16 MB; give the commands in several"), std::string::npos)
+        << err_;
+  }
+
+  const std::string most = command + std::string(kMost - command.size(), '\n');
+  folder_.Write("c.txt", most);
+  for (const std::string from : {"c.txt", "- <c.txt"}) {
+    EXPECT_EQ(Run("apply -n w.xml -f " + from), 0) << err_;
+  }
+  ASSERT_EQ(mkfifo(folder_.At("pipe").c_str(), 0600), 0);
+  auto writing = std::async(std::launch::async, [&] { folder_.Write("pipe", most); });
+  EXPECT_EQ(Run("apply -n w.xml -f pipe"), 0) << err_;
 }
 
 TEST_F(Program, RunsSeveralCommandsOnOneWorkingFile) {

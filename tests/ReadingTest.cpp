@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -33,6 +34,21 @@ TEST_P(Refusal, NamesTheFileThePlaceAndTheReason) {
   }
 }
 
+// A root element with that many namespace declarations, and one with that many attributes that are
+// declared with a default.
+std::string WithNamespaces(int count) {
+  std::string text = "<codeBook";
+  for (int i = 0; i < count; ++i) text += " xmlns:p" + std::to_string(i) + "='u'";
+  return text + "><dataDscr><var name='a'/></dataDscr></codeBook>";
+}
+std::string WithDefaults(int count) {
+  std::string text = "<!DOCTYPE codeBook [";
+  for (int i = 1; i < count; ++i) text += "<!ATTLIST x a" + std::to_string(i) + " CDATA 'v'>\n";
+  return text +
+         "<!ATTLIST var nature CDATA 'ordinal'>\n<!ATTLIST var wgt CDATA #IMPLIED>]>"
+         "<codeBook><dataDscr><var name='a'/></dataDscr></codeBook>";
+}
+
 const std::string kTwice = "<codeBook>\n<dataDscr><var name='a b'/>\r\n<var name='A  B'/>";
 const Opening kRefused[] = {
     {"Empty", "", "PATH: line 1, column 1: no element found"},
@@ -62,6 +78,10 @@ const Opening kRefused[] = {
      "PATH: has no data file with the ID F3: it has F1, F 2", "#F3"},
     {"NoIdAtAll", "<codeBook/>",
      "PATH: has no data file with the ID : none of its data files has an ID", "#"},
+    {"Namespaces", WithNamespaces(1001),
+     "PATH: line 1, column 1: more than 1000 namespaces are declared around this element"},
+    {"Defaults", WithDefaults(1001),
+     "PATH: line 1001, column 28: more than 1000 attributes are declared with a default"},
     {"Windows1252", "<?xml version='1.0' encoding='windows-1252'?><codeBook/>",
      "PATH: line 1, column 1: encoding windows-1252 cannot be read: save the document as UTF-8, "
      "US-ASCII or ISO-8859-1"},
@@ -95,6 +115,27 @@ TEST(Reading, TakesAFileWhoseWholeNameHasTheIdMark) {
   const std::string path = folder.Write("a#F2", "<codeBook><fileDscr ID='F1'/></codeBook>");
   EXPECT_EQ(velahost::OpenCodebook(path).path, path);
   EXPECT_EQ(velahost::OpenCodebook(path + "#F1").path, path);
+}
+
+TEST(Reading, TakesAsManyDeclarationsAsThereMayBe) {
+  for (const std::string& text : {WithNamespaces(1000), WithDefaults(1000)}) {
+    const velahost::OpenedCodebook opened = velahost::OpenCodebookText("w", text, std::nullopt);
+    const auto variable = DictionaryJson(*opened.dataSource)["variables"].at(0);
+    EXPECT_EQ(variable["name"], "a");
+    EXPECT_TRUE(variable["level"].is_null()) << "a declared default does not count";
+  }
+}
+
+TEST(Reading, TakesNoSetThatHasNothingToBeCalledBy) {
+  const velahost::OpenedCodebook opened = velahost::OpenCodebookText(
+      "w",
+      "<codeBook><dataDscr><varGrp var='A'/><varGrp ID=' ' name='' type='multipleResp'><labl> "
+      "</labl></varGrp><varGrp ID='G'/><var ID='A' name='a'/></dataDscr></codeBook>",
+      std::nullopt);
+  const auto file = DictionaryJson(*opened.dataSource)["file"];
+  EXPECT_EQ(file["mrsets"].size(), 0);
+  ASSERT_EQ(file["varsets"].size(), 1);
+  EXPECT_EQ(file["varsets"][0]["name"], "G");
 }
 
 TEST(Reading, WarnsOnceAFileOfWhatIsNotTaken) {

@@ -41,10 +41,7 @@ std::string Changed(std::string text, const Saving& saving) {
   return text;
 }
 
-class SavedBytes : public testing::TestWithParam<Saving> {};
-
-TEST_P(SavedBytes, AreTheDocumentsWithTheChanges) {
-  const Saving& saving = GetParam();
+void CheckSaving(const Saving& saving) {
   const Folder folder;
   const std::string working = folder.Write("working.xml", saving.working) + saving.id;
   const std::string source = folder.Write("source.xml", saving.source);
@@ -64,9 +61,13 @@ TEST_P(SavedBytes, AreTheDocumentsWithTheChanges) {
   // What was held in memory comes back, and once more nothing changes.
   folder.Write("working.xml", saved);
   const velahost::OpenedCodebook again = velahost::OpenCodebook(working);
-  EXPECT_EQ(applydic::DictionaryJson(*again.dataSource).dump(1), held.dump(1));
+  EXPECT_EQ(DictionaryJson(*again.dataSource).dump(1), held.dump(1));
   EXPECT_EQ(velahost::WriteCodebook(*again.dataSource), saved);
 }
+
+class SavedBytes : public testing::TestWithParam<Saving> {};
+
+TEST_P(SavedBytes, AreTheDocumentsWithTheChanges) { CheckSaving(GetParam()); }
 
 // A source of one variable A with a label and a label for 1, as most rows need it.
 const std::string kSource = Document(
@@ -434,6 +435,52 @@ const Saving kFileAndNew[] = {
      "FROM SRC /FILEINFO VARSETS",
      {{" name='s' var='V'/>", " name='s'/>"}}},
 };
+
+// What is as long as a document, in the variable that changes: more than is fed to the parser at
+// once.
+TEST(SavedLargeBytes, AreTheDocumentsWithTheChanges) {
+  const std::string large = std::string(500'000, 'm') + "\u00E9" + std::string(500'000, 'n');
+  const std::string other = std::string(1'000'000, 'o') + "&amp;";
+  const Saving kLarge[] = {
+      {"AttributeBesideTheChange",
+       Document("<var name='a' x='" + large + "'/>"),
+       kSource,
+       kVarLabel,
+       {{"n'/>", "n'>\n  <labl>N&amp;w</labl>\n</var>"}}},
+      {"AttributeThatChanges",
+       Document("<var name='a' nature='" + large + "' x='y'/>"),
+       Document("<var name='A' nature='nominal'/>"),
+       "FROM SRC /VARINFO LEVEL",
+       {{large, "nominal"}}},
+      {"Label",
+       Document("<var name='a'><labl>" + large + "</labl><txt/></var>"),
+       kSource,
+       kVarLabel,
+       {{large, "N&amp;w"}}},
+      {"NewLabel",
+       Document("<var name='a'><txt/></var>"),
+       Document("<var name='A'><labl>" + other + "</labl></var>"),
+       kVarLabel,
+       {{"<txt/>", "<labl>" + other + "</labl><txt/>"}}},
+      {"CategoryLabel",
+       Document("<var name='a'><catgry><catValu>1</catValu><labl>" + large +
+                "</labl></catgry><catgry><catValu>2</catValu><labl/><txt>" + other +
+                "</txt></catgry></var>"),
+       kSource,
+       "FROM SRC /VARINFO VALLABELS",
+       {{large, "one"}, {"2</catValu><labl/>", "2</catValu>"}}},
+      {"EverythingAround",
+       Document("<var name='a'" + std::string(1'000'000, ' ') + "><!--" + other +
+                "--><labl>x</labl><txt><![CDATA[" + large + "]]></txt><?p " + other +
+                "?><foreign>" + other + "</foreign></var>"),
+       kSource,
+       kVarLabel,
+       {{"<labl>x", "<labl>N&amp;w"}}}};
+  for (const Saving& saving : kLarge) {
+    const testing::ScopedTrace trace(__FILE__, __LINE__, saving.name);
+    CheckSaving(saving);
+  }
+}
 
 std::string NameOf(const testing::TestParamInfo<Saving>& info) { return info.param.name; }
 

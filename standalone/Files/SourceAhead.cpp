@@ -12,10 +12,10 @@ SourceAhead::SourceAhead(const Command& command) {
   const auto from =
       std::adjacent_find(tokens.begin(), tokens.end(), [](const Token& name, const Token& file) {
         return name.kind == Token::Name && Abbreviates(name.typed, "FROM") &&
-               file.kind == Token::String && !file.text.empty();
+               file.kind == Token::String && !file.Text().empty();
       });
   if (from == tokens.end()) return;
-  file_ = std::next(from)->text;
+  file_ = std::next(from)->Text();
   opened_ = std::async(OpenCodebook, file_);
 }
 

@@ -24,7 +24,7 @@ bool UserCaseFileSpec::Init(const TokenSequenceBase& tokens, bool /*flag*/) {
   const Token& token = sequence.Current();
   Impl read;
   read.workingFile = token.Is('*');
-  if (token.kind == Token::String) read.file = token.text;
+  if (token.kind == Token::String) read.file = token.Text();
   const bool named = read.workingFile || !read.file.empty();
   if (!named) {
     read.error =

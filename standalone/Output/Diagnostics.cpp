@@ -5,10 +5,23 @@
 #include "standalone/Host.h"
 
 namespace velahost {
+namespace {
+
+Diagnostic TooManyErrors() {
+  const std::string text = "More than ^1 errors in this command. The others are not reported...";
+  const std::vector<std::string> arguments = {std::to_string(kMostErrors)};
+  return {text, arguments, Render(text, arguments), BpShowMessage, BpLevelError};
+}
+
+}  // namespace
 
 void Diagnostics::Issue(Diagnostic diagnostic) {
+  if (diagnostic.level >= BpLevelError) {
+    ++errors_;
+    if (errors_ > kMostErrors + 1) return;
+    if (errors_ > kMostErrors) diagnostic = TooManyErrors();
+  }
   all_.push_back(std::move(diagnostic));
-  if (all_.back().level >= BpLevelError) fatal_ = true;
 }
 
 std::string Render(const std::string& text, const std::vector<std::string>& arguments) {

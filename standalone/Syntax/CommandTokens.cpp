@@ -18,14 +18,16 @@ bool FollowsPassword(std::span<const Token> tokens, std::size_t position) {
   if (position > 0 && tokens[position - 1].Is('=')) --position;
   if (position == 0) return false;
   const Token& before = tokens[position - 1];
-  return before.kind == Token::Name && before.text.starts_with(kPassword);
+  return before.kind == Token::Name && before.Text().starts_with(kPassword);
 }
 
 }  // namespace
 
 void CommandTokens::Next() {
   Called("TokenSequenceBase::Next");
-  if (!AtEnd()) ++position_;
+  if (AtEnd()) return;
+  ++position_;
+  text_ = Current().Text();
 }
 
 int CommandTokens::Kind() const {
@@ -68,20 +70,20 @@ int CommandTokens::Delimiter() const {
 
 void CommandTokens::StringValue(const char*& text, int& length) const {
   Called("TokenSequenceBase::StringValue");
-  Give(Current().text, text, length);
+  Give(text_, text, length);
 }
 
 void CommandTokens::Text(const char*& text, int& length) const {
   Called("TokenSequenceBase::Text");
-  Give(Current().text, text, length);
+  Give(text_, text, length);
 }
 
 std::string CommandTokens::Shown(std::span<const Token> tokens, std::size_t position) {
   const Token& token = tokens[position];
   if (token.kind == Token::UnclosedString && FollowsPassword(tokens, position)) {
-    return token.typed.substr(0, 1);
+    return std::string(token.typed.substr(0, 1));
   }
-  return token.typed;
+  return std::string(token.typed);
 }
 
 }  // namespace velahost

@@ -18,7 +18,8 @@ class CommandTokens final : public TokenSequenceBase {
 
   // The tokens live as long as this object; the last of them, a slash or the command's end, ends
   // the subcommand.
-  explicit CommandTokens(std::span<const Token> tokens) : tokens_(tokens) {}
+  explicit CommandTokens(std::span<const Token> tokens)
+      : tokens_(tokens), text_(tokens.front().Text()) {}
 
   void Next() override;
   int Kind() const override;
@@ -39,6 +40,7 @@ class CommandTokens final : public TokenSequenceBase {
  private:
   std::span<const Token> tokens_;
   std::size_t position_ = 0;
+  std::string text_;  // what the current token says
 };
 
 }  // namespace velahost

@@ -1,6 +1,7 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <string_view>
 #include <utility>
 
 #include "host/Syntax.h"
@@ -45,8 +46,10 @@ struct Keywords {
 // The value that a token gives: without its quotes, save that a string never reads as one of the
 // two reserved texts.
 std::string ValueIn(const Token& token) {
-  const bool reserved = token.text == kAbsent || token.text == kWithoutValue;
-  return token.kind == Token::String && !reserved ? token.text : token.typed;
+  std::string typed(token.typed);
+  if (token.kind != Token::String) return typed;
+  std::string text = token.Text();
+  return text == kAbsent || text == kWithoutValue ? typed : text;
 }
 
 std::string Joined(std::span<const Token> tokens) {
@@ -111,7 +114,7 @@ class KeywordReader {
     const Token& equals = tokens_[position_++];
     const bool omitted = AtEnd() || AtEquals();
     if (omitted) {
-      const std::string& before = tokens_[position_ - 2].typed;
+      const std::string_view before = tokens_[position_ - 2].typed;
       Fail(equals, "Nothing after ^1 = in ^2 (line ^3, column ^4)...", {before, name_});
     }
     while (AtEquals()) ++position_;
@@ -125,7 +128,8 @@ class KeywordReader {
     return Joined(into_.list);
   }
 
-  void Fail(const Token& at, const std::string& text, const std::vector<std::string>& arguments) {
+  void Fail(const Token& at, const std::string& text,
+            const std::vector<std::string_view>& arguments) {
     into_.hasErrors = true;
     ReportSyntaxError(at, text, arguments);
   }

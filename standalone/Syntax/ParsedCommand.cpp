@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 #include <utf8proc.h>
 
+#include <string_view>
+
 #include "standalone/Host.h"
 #include "standalone/HostCalls.h"
 #include "standalone/Syntax/Keywords.h"
@@ -13,7 +15,7 @@ namespace velahost {
 namespace {
 
 // A character of the command for a message; by its number if it would not be seen there.
-std::string Visible(const std::string& typed) {
+std::string Visible(std::string_view typed) {
   const int code = CharacterAt(typed, 0).code;
   if (code < 0) return fmt::format("byte 0x{:02X}", static_cast<unsigned char>(typed[0]));
   switch (utf8proc_category(code)) {
@@ -27,7 +29,7 @@ std::string Visible(const std::string& typed) {
     case UTF8PROC_CATEGORY_CN:
       return fmt::format("U+{:04X}", code);
     default:
-      return typed;
+      return std::string(typed);
   }
 }
 

@@ -5,10 +5,11 @@
 namespace velahost {
 
 void ReportSyntaxError(const Token& at, const std::string& text,
-                       std::vector<std::string> arguments) {
-  arguments.push_back(std::to_string(at.line));
-  arguments.push_back(std::to_string(at.column));
-  Report(BpShowMessage, BpLevelError, text, arguments);
+                       const std::vector<std::string_view>& arguments) {
+  std::vector<std::string> all(arguments.begin(), arguments.end());
+  all.push_back(std::to_string(at.line));
+  all.push_back(std::to_string(at.column));
+  Report(BpShowMessage, BpLevelError, text, all);
 }
 
 }  // namespace velahost

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "standalone/Syntax/Tokenizer.h"
@@ -10,6 +11,6 @@ namespace velahost {
 // Issues an error of the command: a text with placeholders and what fills them. The token's line
 // and column fill the two placeholders behind those.
 void ReportSyntaxError(const Token& at, const std::string& text,
-                       std::vector<std::string> arguments);
+                       const std::vector<std::string_view>& arguments);
 
 }  // namespace velahost

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "standalone/Output/Diagnostics.h"
 #include "standalone/Syntax/Keywords.h"
 #include "standalone/Text/Utf8.h"
 
@@ -163,7 +164,6 @@ Token Scanner::Take(Token::Kind kind, std::size_t end) {
   Token token;
   token.kind = kind;
   token.typed = text_.substr(position_, end - position_);
-  token.text = kind == Token::Name ? UpperCase(token.typed) : token.typed;
   token.line = line_;
   token.column = column_;
   MoveTo(end);
@@ -172,18 +172,11 @@ Token Scanner::Take(Token::Kind kind, std::size_t end) {
 
 Token Scanner::TakeString() {
   const char quote = text_[position_];
-  std::string content;
   std::size_t end = position_ + 1;
   for (; end < text_.size() && !IsLineEnd(text_[end]); ++end) {
-    if (text_[end] == quote) {
-      if (At(end + 1) != quote) {
-        Token token = Take(Token::String, end + 1);
-        token.text = std::move(content);
-        return token;
-      }
-      ++end;
-    }
-    content += text_[end];
+    if (text_[end] != quote) continue;
+    if (At(end + 1) != quote) return Take(Token::String, end + 1);
+    ++end;
   }
   return Take(Token::UnclosedString, end);
 }
@@ -211,7 +204,7 @@ Token Scanner::Next() {
 }
 
 bool IsWord(const Token& token, std::string_view keyword) {
-  return token.kind == Token::Name && Abbreviates(token.text, keyword);
+  return token.kind == Token::Name && Abbreviates(token.typed, keyword);
 }
 
 void TakeOffCommandName(Command& command) {
@@ -221,20 +214,42 @@ void TakeOffCommandName(Command& command) {
   }
 }
 
+// What stands between the quotes of a string.
+std::string Unquoted(std::string_view typed) {
+  const char quote = typed.front();
+  std::string content;
+  for (std::size_t i = 1; i + 1 < typed.size(); ++i) {
+    content += typed[i];
+    if (typed[i] == quote) ++i;  // the second of two
+  }
+  return content;
+}
+
 }  // namespace
 
-std::vector<Command> SplitCommands(std::string_view text) {
-  Scanner scanner(text);
+std::string Token::Text() const {
+  if (kind == Name) return UpperCase(typed);
+  if (kind == String) return Unquoted(typed);
+  return std::string(typed);
+}
+
+std::vector<Command> SplitCommands(std::string text) {
+  const auto kept = std::make_shared<const std::string>(std::move(text));
+  Scanner scanner(*kept);
   std::vector<Command> commands;
-  Command command;
+  Command command = {{}, kept};
+  std::size_t wrong = 0;
   while (true) {
-    command.tokens.push_back(scanner.Next());
-    if (command.tokens.back().kind != Token::End) continue;
+    const Token token = scanner.Next();
+    if (token.IsWrong() && ++wrong > kMostErrors + 1) continue;
+    command.tokens.push_back(token);
+    if (token.kind != Token::End) continue;
     const bool hasToken = command.tokens.size() > 1;
     if (hasToken) TakeOffCommandName(command);
     if (hasToken || (scanner.AtEnd() && commands.empty())) commands.push_back(std::move(command));
     if (scanner.AtEnd()) return commands;
-    command = Command();
+    command = {{}, kept};
+    wrong = 0;
   }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,14 +13,21 @@ struct Token {
   enum Kind { End, Name, Number, String, Delimiter, UnclosedString, UnclosedComment, Other };
 
   Kind kind = End;
-  std::string typed;  // as it stands in the text, quotes included
-  // What it says: of a name the typed text in upper case, of a string what stands between the
-  // quotes with doubled quotes made one, else the typed text.
-  std::string text;
+  // As it stands in the text, quotes included. It points into the text that its command holds.
+  std::string_view typed;
   // Where it starts in the whole text, from 1; columns in characters.
   int line = 1;
   int column = 1;
 
+  // What it says: of a name the typed text in upper case, of a string what stands between the
+  // quotes with doubled quotes made one, else the typed text.
+  std::string Text() const;
+
+  // Whether it has no place in any command: a character that starts no token, or what is not
+  // closed.
+  bool IsWrong() const {
+    return kind == UnclosedString || kind == UnclosedComment || kind == Other;
+  }
   bool Is(char delimiter) const { return kind == Delimiter && typed[0] == delimiter; }
 };
 
@@ -28,11 +35,13 @@ struct Token {
 // kind End that stands where the command ends.
 struct Command {
   std::vector<Token> tokens;
+  std::shared_ptr<const std::string> text = {};  // that the tokens stand in; all commands share it
 };
 
 // Splits a text into its commands. A command ends with a period at the end of a line (white space
 // and comments may follow it there) or with the text; commands without a token are left out, but
-// there is always one. Nothing is refused here: what is no token is a token of its kind.
-std::vector<Command> SplitCommands(std::string_view text);
+// there is always one. Nothing is refused here: what is no token is a token of its kind. Of those a
+// command has no more than are reported.
+std::vector<Command> SplitCommands(std::string text);
 
 }  // namespace velahost

@@ -200,11 +200,11 @@ void VariableList::AddNumbered(const Entry& range, std::vector<std::string>& nam
 
 bool VariableList::IsWord(std::size_t position, const char* word) const {
   return position < tokens_.size() && tokens_[position].kind == Token::Name &&
-         tokens_[position].text == word;
+         EqualIgnoringCase(tokens_[position].typed, word);
 }
 
 void VariableList::Fail(const Token& at, const std::string& text,
-                        const std::vector<std::string>& arguments) {
+                        const std::vector<std::string_view>& arguments) {
   hasErrors_ = true;
   ReportSyntaxError(at, text, arguments);
 }

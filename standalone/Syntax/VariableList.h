@@ -4,6 +4,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -53,7 +54,8 @@ class VariableList {
   // Adds the names of one stem with ascending numbers.
   void AddNumbered(const Entry& range, std::vector<std::string>& names);
   bool IsWord(std::size_t position, const char* word) const;
-  void Fail(const Token& at, const std::string& text, const std::vector<std::string>& arguments);
+  void Fail(const Token& at, const std::string& text,
+            const std::vector<std::string_view>& arguments);
 
   std::span<const Token> tokens_;
   std::string subcommand_;

@@ -7,7 +7,7 @@
 #include "tests/cases/CaseFile.h"
 
 // Dictionaries and diagnostics in the notation of case files. A dictionary is taken as the object
-// that program/DictionaryJson.h makes of it.
+// that program/DictionaryJson.h writes of it.
 
 namespace cases {
 

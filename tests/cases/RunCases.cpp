@@ -15,8 +15,6 @@
 namespace cases {
 namespace {
 
-using applydic::DictionaryJson;
-
 // A folder of its own, the current one as long as this object lives.
 struct CurrentFolder : Folder {
   CurrentFolder() { std::filesystem::current_path(At("")); }

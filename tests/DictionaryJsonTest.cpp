@@ -1,0 +1,58 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "standalone/Data/Attributes.h"
+#include "tests/HostRun.h"
+
+// The dictionary as JSON, of files that are large.
+
+namespace {
+
+constexpr int kMany = 2000;
+
+velahost::OpenedCodebook OpenedWithVariables(int count) {
+  std::string text = "<codeBook><dataDscr>";
+  for (int i = 0; i < count; ++i) text += "<var name='v" + std::to_string(i) + "'/>";
+  return velahost::OpenCodebookText("many", text + "</dataDscr></codeBook>", std::nullopt);
+}
+
+TEST(DictionaryJson, IsHeldOneVariableAtATime) {
+  const velahost::OpenedCodebook opened = OpenedWithVariables(kMany);
+  std::size_t pieces = 0;
+  std::size_t longest = 0;
+  applydic::WriteDictionaryJson(*opened.dataSource, [&](std::string_view piece) {
+    ++pieces;
+    longest = std::max(longest, piece.size());
+  });
+  EXPECT_GE(pieces, static_cast<std::size_t>(kMany));
+  EXPECT_LT(longest, 1000U) << "of one variable";
+}
+
+TEST(DictionaryJson, IsLaidOutAsOneObject) {
+  for (const int count : {0, 1, 3}) {
+    const velahost::OpenedCodebook opened = OpenedWithVariables(count);
+    const std::string text = DictionaryJsonText(*opened.dataSource);
+    EXPECT_EQ(text, nlohmann::ordered_json::parse(text).dump(2) + "\n");
+  }
+}
+
+// If each attribute were looked for among those before it, this would take longer than a test may.
+TEST(DictionaryJson, TakesAttributesWithoutLookingForThem) {
+  constexpr int kAttributes = 600'000;
+  const velahost::OpenedCodebook opened = OpenedWithVariables(1);
+  VELA_Variable::Impl& variable = HostAccess::Of(HostAccess::Of(*opened.dataSource).variables[0]);
+  auto& attributes = HostAccess::Of(variable.now.attributes).attributes;
+  for (int i = 0; i < kAttributes; ++i) attributes.push_back({std::to_string(i), {"value"}});
+  const std::string text = DictionaryJsonText(*opened.dataSource);
+  std::size_t at = 0;
+  for (int i = 0; i < kAttributes && at != std::string::npos; ++i) {
+    at = text.find("\"" + std::to_string(i) + "\": [\n", at);
+  }
+  EXPECT_NE(at, std::string::npos) << "in their order";
+}
+
+}  // namespace

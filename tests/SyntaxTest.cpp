@@ -1,0 +1,75 @@
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "standalone/Output/Diagnostics.h"
+#include "standalone/Syntax/Tokenizer.h"
+#include "tests/HostRun.h"
+
+// Commands that are large, or that are none at all.
+
+namespace {
+
+std::string Repeated(const std::string& text, int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+struct Wrong {
+  const char* name;
+  std::string command;
+};
+void PrintTo(const Wrong& wrong, std::ostream* out) { *out << wrong.name; }
+
+class ManyErrors : public testing::TestWithParam<Wrong> {};
+
+TEST_P(ManyErrors, AreReportedUpToABoundInEachCommand) {
+  const Folder folder;
+  const std::string path =
+      folder.Write("w.xml", "<codeBook><dataDscr><var name='a'/></dataDscr></codeBook>");
+  Hosted hosted(path);
+  const std::vector<velahost::Diagnostic>& all = hosted.host.diagnostics.All();
+  for (std::size_t run = 1; run <= 2; ++run) {
+    hosted.Run(Replaced(GetParam().command, "SRC", "'" + path + "'"));
+    ASSERT_EQ(all.size(), run * (velahost::kMostErrors + 1));
+    EXPECT_EQ(all.back().message,
+              "More than 1000 errors in this command. The others are not reported...");
+    EXPECT_EQ(all.back().level, BpLevelError);
+    EXPECT_NE(all[all.size() - 2].message, all.back().message);
+    EXPECT_TRUE(hosted.host.diagnostics.FatalError());
+  }
+}
+
+constexpr int kMany = 3000;
+const Wrong kWrong[] = {{"Characters", "FROM SRC " + std::string(kMany, '\x01')},
+                        {"UnclosedStrings", "FROM SRC " + Repeated("'\n", kMany)},
+                        {"Subcommands", "FROM SRC" + Repeated("/X", kMany)},
+                        {"Keywords", "FROM SRC /VARINFO" + Repeated(" X", kMany)},
+                        {"Variables", "FROM SRC /SOURCE VARIABLES=" + Repeated(" x", kMany)}};
+INSTANTIATE_TEST_SUITE_P(All, ManyErrors, testing::ValuesIn(kWrong),
+                         [](const auto& param) { return std::string(param.param.name); });
+
+TEST(Tokens, OfWhatIsNoCommandAreNoMoreThanAreReported) {
+  const auto commands = velahost::SplitCommands(std::string(100'000, '\x01') + "/X.\n" +
+                                                Repeated("'\n", 100'000) + "/Y");
+  ASSERT_EQ(commands.size(), 2U);
+  for (const velahost::Command& command : commands) {
+    EXPECT_EQ(command.tokens.size(), velahost::kMostErrors + 4) << "the errors, / X and the end";
+    EXPECT_TRUE(command.tokens.rbegin()[2].Is('/')) << "what follows is there";
+  }
+}
+
+TEST(Tokens, TakeASmallMultipleOfTheText) {
+  const std::string text = Repeated("Variable ", 100'000);
+  const velahost::Command command = velahost::SplitCommands(text).front();
+  EXPECT_LE(command.tokens.size() * sizeof(velahost::Token), 4 * text.size());
+  for (const velahost::Token& token : command.tokens) {
+    ASSERT_GE(token.typed.data(), command.text->data()) << "not a copy";
+    ASSERT_LE(token.typed.data() + token.typed.size(), command.text->data() + text.size());
+  }
+}
+
+}  // namespace
