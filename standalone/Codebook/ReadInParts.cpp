@@ -19,8 +19,8 @@ namespace {
 // about as large: what is read of one and the parser's copy of it fit into a processor's cache.
 constexpr std::size_t kPiece = std::size_t{1} << 18;
 
-// Where a text is cut: behind the end tag, every kPiece bytes or a little more from begin on. The
-// last cut is behind the last end tag. Less than three cuts if that makes no two parts.
+// Where a text is cut: behind the end tag, every kPiece bytes or a little more from begin on. None
+// if a part would be more than a parser reads at once.
 std::vector<std::size_t> Cuts(std::string_view text, std::size_t begin, std::string_view endTag) {
   const std::size_t last = text.rfind(endTag);
   std::vector<std::size_t> cuts;
@@ -33,7 +33,7 @@ std::vector<std::size_t> Cuts(std::string_view text, std::size_t begin, std::str
   return cuts;
 }
 
-// Whether threads are there to read parts on.
+// The threads that can run at the same time; 0 if the system does not tell.
 std::size_t Threads() { return std::thread::hardware_concurrency(); }
 
 template <typename Item>
@@ -126,7 +126,8 @@ bool ReadInParts(CodebookReading& reading) {
       if (!mayCut || endTag.end == 0) continue;
       mayCut = false;
       auto cuts = Cuts(text, at, text.substr(endTag.begin, endTag.end - endTag.begin));
-      if (cuts.size() < 3 || parser.HasDocumentType()) continue;
+      const std::size_t least = 3;  // for two parts
+      if (cuts.size() < least || parser.HasDocumentType()) continue;
       parser.Parse(text.substr(at, cuts.front() - at));
       at = cuts.front();
       if (!handler.StandsBehindVariable(at)) continue;
