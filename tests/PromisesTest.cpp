@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "host/Files.h"
 #include "tests/HostRun.h"
 
 // What the library promises to every host and the standalone one does not look at: arguments that
@@ -31,6 +32,13 @@ int VELA_DataSource::FindVarIndex(const char* name, int mode) const {
   const int column = find(this, name, mode);
   return column >= 0 && mindsCase && GetVariable(column).GetName() != std::string(name) ? -1
                                                                                         : column;
+}
+
+bool UserCaseFileSpec::Init(const TokenSequenceBase& tokens, bool flag) {
+  EXPECT_FALSE(flag);
+  static auto* const init = OfHost<bool(UserCaseFileSpec*, const TokenSequenceBase&, bool)>(
+      "_ZN16UserCaseFileSpec4InitERK17TokenSequenceBaseb");
+  return init(this, tokens, flag);
 }
 
 bool DatasourceAttributes::Merge(const DatasourceAttributes& other, bool flag) {
