@@ -82,7 +82,7 @@ std::string Outcome(const Large& large, Read read) {
   }
   for (std::size_t i = 0; i < codebook.groups.size(); ++i) {
     text += Described(codebook.groups[i]) + codebook.groups[i].set.name;
-    for (const std::string& member : reading.groupMembers[i]) text += " " + member;
+    text += " " + reading.groupMembers[i] + "\n";
   }
   return text;
 }

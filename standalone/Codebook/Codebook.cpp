@@ -11,4 +11,13 @@ std::size_t LineCounter::LineOf(std::size_t position) {
   return line_;
 }
 
+std::vector<std::string> Codebook::MemberNames(const Group& group) const {
+  std::vector<std::string> names;
+  names.reserve(group.members.size());
+  for (const int member : group.members) {
+    names.push_back(variables[static_cast<std::size_t>(member)].name);
+  }
+  return names;
+}
+
 }  // namespace velahost

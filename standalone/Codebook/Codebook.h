@@ -47,11 +47,13 @@ class Codebook {
     std::string name;
     bool weights = false;  // wgt="wgt"
   };
-  // A varGrp, with the set that it reads as.
+  // A varGrp, with the set that it reads as, save its members' names: these are the names of the
+  // variables at the places in `members`.
   struct Group : Place {
     std::string id;
     std::size_t file = 0;
     VariableSet set;
+    std::vector<int> members;
 
     // A group without a name, a label and an ID is no set: nothing could tell it from others.
     bool IsSet() const { return !set.name.empty(); }
@@ -63,6 +65,8 @@ class Codebook {
     std::size_t contentEnd = 0;
     std::map<Element, Place> last;  // the last child of each kind
   };
+
+  std::vector<std::string> MemberNames(const Group& group) const;
 
   // The bytes of a place.
   std::string_view Bytes(const Place& place) const {

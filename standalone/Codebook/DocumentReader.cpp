@@ -115,8 +115,8 @@ void DocumentReader::ReadTree(Codebook::Place place) {
       reading_.files.push_back(ReadFile(tree_, root));
       break;
     case Element::varGrp:
-      codebook_.groups.push_back({place, id(), 0, ReadSet(tree_, root)});
-      reading_.groupMembers.push_back(SplitTokens(tree_.Attribute(root, "var").value_or("")));
+      codebook_.groups.push_back({place, id(), 0, ReadSet(tree_, root), {}});
+      reading_.groupMembers.emplace_back(tree_.Attribute(root, "var").value_or(""));
       break;
     default:
       VariableReading reading = ReadVariable(tree_, root);

@@ -132,8 +132,7 @@ void ResolveGroups(CodebookReading& reading, const FileMembership& membership) {
   for (std::size_t i = 0; i < codebook.groups.size(); ++i) {
     Codebook::Group& group = codebook.groups[i];
     std::vector<std::size_t> members;
-    // Taken out, so that no more than one group's are there twice.
-    for (const std::string& id : std::exchange(reading.groupMembers[i], {})) {
+    for (const std::string& id : SplitTokens(reading.groupMembers[i])) {
       if (const auto found = places.find(id); found != places.end()) {
         members.push_back(found->second);
       }
@@ -141,7 +140,7 @@ void ResolveGroups(CodebookReading& reading, const FileMembership& membership) {
     if (!members.empty()) group.file = membership.FirstFile(members.front());
     for (const std::size_t member : members) {
       if (membership.Belongs(member, group.file)) {
-        group.set.members.push_back(codebook.variables[member].name);
+        group.members.push_back(static_cast<int>(member));
       }
     }
   }
@@ -227,7 +226,9 @@ void TakeFileProperties(FileReading& file, std::size_t place, VELA_DataSource::I
   now.weight = ReadWeight(file, dataSource, codebook);
   for (const Codebook::Group& group : codebook.groups) {
     if (!group.IsSet() || group.file != place) continue;
-    now.sets[static_cast<std::size_t>(group.set.kind)].push_back(group.set);
+    VariableSet set = group.set;
+    set.members = codebook.MemberNames(group);
+    now.sets[static_cast<std::size_t>(set.kind)].push_back(std::move(set));
   }
 }
 

@@ -23,9 +23,9 @@ struct FileReading {
 // A document with the dictionary information of all its data files.
 struct CodebookReading {
   std::shared_ptr<Codebook> codebook;
-  std::vector<FileReading> files;                      // one for each of the document's
-  std::vector<VariableReading> variables;              // likewise
-  std::vector<std::vector<std::string>> groupMembers;  // the IDs in each group's @var
+  std::vector<FileReading> files;          // one for each of the document's
+  std::vector<VariableReading> variables;  // likewise
+  std::vector<std::string> groupMembers;   // each group's @var
 };
 
 // Reads a document from its text. Throws CodebookError, which names the path, and where and why the

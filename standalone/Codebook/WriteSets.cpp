@@ -119,16 +119,14 @@ class SetWriter {
 
   // The group's bytes as they will be.
   std::string Edited(const Codebook::Group& group, const VariableSet* set) {
-    const bool same =
-        set == nullptr || (SameLabel(*set, group.set) && set->members == group.set.members);
-    if (same && goneIds_.empty()) return std::string(codebook_.Bytes(group));
+    const bool sameLabel = set == nullptr || SameLabel(*set, group.set);
+    const bool sameMembers = set == nullptr || set->members == codebook_.MemberNames(group);
+    if (sameLabel && sameMembers && goneIds_.empty()) return std::string(codebook_.Bytes(group));
     Edits edits(codebook_.encoding);
     const XmlTree& tree = writing_.reader.Read(group);
     ElementEditor editor(codebook_, writing_.layout, tree, edits);
-    if (!same) {
-      if (!SameLabel(*set, group.set)) WriteLabel(*set, tree, editor);
-      if (set->members != group.set.members) WriteMembers(*set, tree, editor);
-    }
+    if (!sameLabel) WriteLabel(*set, tree, editor);
+    if (!sameMembers) WriteMembers(*set, tree, editor);
     editor.Finish();
     WriteReferences(group, edits);
     return edits.Apply(codebook_.text, group.begin, group.end);
