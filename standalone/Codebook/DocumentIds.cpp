@@ -58,7 +58,7 @@ std::string IdFrom(std::string_view name) {
 
 std::string DocumentIds::Make(std::string_view name) {
   if (!collected_) Collect();
-  const std::string base = IdFrom(name);
+  std::string base = IdFrom(name);
   if (ids_.insert(base).second) return base;
   int& number = lastNumbers_.try_emplace(base, 1).first->second;
   std::string id;

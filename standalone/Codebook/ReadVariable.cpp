@@ -88,6 +88,20 @@ short ReadColumnWidth(const XmlTree& tree, Node var) {
   return static_cast<short>(ReadInteger(Trim(tree.Text(note)), 0, kMost).value_or(0));
 }
 
+// The categories that the variable can have, as it keeps them.
+std::shared_ptr<const Categories> FittingCategories(const XmlTree& tree,
+                                                    const std::vector<CategoryReading>& readings) {
+  auto categories = std::make_shared<Categories>();
+  for (const CategoryReading& category : readings) {
+    if (!category.fits) continue;
+    std::optional<std::string> label;
+    if (category.label != XmlTree::kNone) label = LineOfText(tree, category.label);
+    categories->push_back(
+        {.number = category.number, .text = category.text, .label = std::move(label)});
+  }
+  return categories;
+}
+
 // The value labels, and the categories where these are more.
 void ReadValueLabels(const XmlTree& tree, const std::vector<CategoryReading>& readings,
                      VELA_Variable::Impl& variable, bool& longCategoriesNotRead) {
@@ -112,18 +126,7 @@ void ReadValueLabels(const XmlTree& tree, const std::vector<CategoryReading>& re
       set->AddNumber(category.number, LineOfText(tree, category.label));
     }
   }
-  if (fitting > set->Size()) {
-    auto categories = std::make_shared<Categories>();
-    for (const CategoryReading& category : readings) {
-      if (!category.fits) continue;
-      categories->push_back({.number = category.number,
-                             .text = category.text,
-                             .label = category.label == XmlTree::kNone
-                                          ? std::nullopt
-                                          : std::optional(LineOfText(tree, category.label))});
-    }
-    variable.categories = std::move(categories);
-  }
+  if (fitting > set->Size()) variable.categories = FittingCategories(tree, readings);
   if (set->Size() > 0) variable.now.valueLabels = HostAccess::HandleOf(std::move(set));
 }
 

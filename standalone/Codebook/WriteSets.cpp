@@ -55,8 +55,9 @@ class SetWriter {
     }
     const auto& sets = writing_.file.now.sets[static_cast<std::size_t>(kind)];
     std::map<std::string, std::vector<std::size_t>> byName;  // those left, the first one last
-    for (auto group = present.rbegin(); group != present.rend(); ++group) {
-      byName[codebook_.groups[*group].set.name].push_back(*group);
+    std::reverse(present.begin(), present.end());
+    for (const std::size_t group : present) {
+      byName[codebook_.groups[group].set.name].push_back(group);
     }
     std::vector<std::optional<std::size_t>> elements;  // of each set
     std::vector<std::size_t> places;

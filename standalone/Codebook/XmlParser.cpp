@@ -224,9 +224,9 @@ void XmlParser::Fail(const std::string& reason) const {
 }
 
 const XmlParser::Name& XmlParser::NameFor(std::string_view name) {
-  const auto slot = (name.size() * 31 + static_cast<unsigned char>(name.front()) * 7 +
-                     static_cast<unsigned char>(name.back())) %
-                    names_.size();
+  const auto code = [](char c) { return std::size_t{static_cast<unsigned char>(c)}; };
+  const std::size_t slot =
+      (name.size() * 31 + code(name.front()) * 7 + code(name.back())) % names_.size();
   Name& known = names_[slot];
   if (known.name != name) {
     known = {std::string(name), std::string(PrefixOf(name)), ElementNamed(LocalNameOf(name))};
