@@ -196,7 +196,8 @@ std::string DictionaryText(const VELA_DataSource& dataSource) {
 }
 
 ExitStatus RunShow(const ShowOptions& options) {
-  const velahost::OpenedCodebook opened = velahost::OpenCodebook(options.file);
+  const velahost::OpenedCodebook opened =
+      velahost::OpenCodebook(options.file, velahost::OpenFor::Reading);
   for (const velahost::ReadingWarning& warning : opened.warnings) {
     WriteWarning(velahost::Render(warning.text, warning.arguments));
   }

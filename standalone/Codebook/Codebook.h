@@ -11,6 +11,7 @@
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Codebook/Encoding.h"
 #include "standalone/Codebook/Namespaces.h"
+#include "standalone/Codebook/XmlTree.h"
 
 namespace velahost {
 
@@ -38,18 +39,23 @@ class Codebook {
     std::size_t end = 0;
     Namespaces::Scope scope = Namespaces::kOutermost;
   };
+  // A place with its element as a tree; null in a codebook that was opened to be read only.
+  struct Tree : Place {
+    const XmlTree* tree = nullptr;
+    XmlTree::Node root = XmlTree::kNone;
+  };
   // A fileDscr. A document without one has one file with an empty place.
-  struct File : Place {
+  struct File : Tree {
     std::string id;
   };
-  struct Variable : Place {
+  struct Variable : Tree {
     std::string id;
     std::string name;
     bool weights = false;  // wgt="wgt"
   };
   // A varGrp, with the set that it reads as, save its members' names: these are the names of the
   // variables at the places in `members`.
-  struct Group : Place {
+  struct Group : Tree {
     std::string id;
     std::size_t file = 0;
     VariableSet set;
@@ -82,6 +88,7 @@ class Codebook {
   std::vector<File> files;
   std::vector<Variable> variables;
   std::vector<Group> groups;
+  std::vector<std::unique_ptr<const XmlTree>> trees;  // of the elements that have one
 };
 
 }  // namespace velahost

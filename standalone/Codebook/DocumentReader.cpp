@@ -13,6 +13,8 @@ using Node = XmlTree::Node;
 
 // Elements that are deeper than this stand in a tree, or nobody reads them.
 constexpr std::size_t kDeepest = 3;
+// No tree begins another element behind so many: larger trees take long to grow.
+constexpr std::size_t kElementsInTree = 1 << 14;
 
 }  // namespace
 
@@ -31,7 +33,7 @@ DocumentReader::DocumentReader(CodebookReading& reading, Namespaces::Scope scope
 
 void DocumentReader::Start(const XmlStart& start) {
   if (inTree_) {
-    tree_.Start(start);
+    tree_->Start(start);
     return;
   }
   const Namespaces::Scope around = scopes_.empty() ? Namespaces::kOutermost : scopes_.back();
@@ -46,7 +48,7 @@ void DocumentReader::Start(const XmlStart& start) {
                 : parent == Element::dataDscr &&
                       (start.element == Element::var || start.element == Element::varGrp);
   if (inTree_) {
-    tree_.Start(start);
+    StartTree(start);
   } else if (parent == Element::codeBook && start.element == Element::dataDscr) {
     Codebook::Container container;
     container.begin = start.begin;
@@ -58,9 +60,10 @@ void DocumentReader::Start(const XmlStart& start) {
 }
 
 void DocumentReader::End(std::size_t begin, std::size_t end) {
+  const bool endsTree = inTree_;
   if (inTree_) {
-    tree_.End(begin, end);
-    if (!tree_.Complete()) return;
+    tree_->End(begin, end);
+    if (!tree_->Complete()) return;
     inTree_ = false;
   }
   lastEnd_ = end;
@@ -75,7 +78,7 @@ void DocumentReader::End(std::size_t begin, std::size_t end) {
     container.end = end;
   };
   if (path_.empty()) return close(codebook_.root);
-  if (!tree_.Empty()) ReadTree({elementBegin, end, scopes_.back()});
+  if (endsTree) ReadTree({elementBegin, end, scopes_.back()});
   const Codebook::Place place = {elementBegin, end, Namespaces::kOutermost};
   if (path_.back() == Element::codeBook) {
     codebook_.root.last[element] = place;
@@ -106,25 +109,40 @@ void DocumentReader::StartRoot(const XmlStart& start) {
   begins_.push_back(start.begin);
 }
 
-void DocumentReader::ReadTree(Codebook::Place place) {
-  const Node root = tree_.Root();
-  const auto id = [&] { return std::string(Trim(tree_.Attribute(root, "ID").value_or(""))); };
-  switch (tree_.ElementOf(root)) {
+void DocumentReader::StartTree(const XmlStart& start) {
+  if (reading_.use == OpenFor::Writing) {
+    if (tree_ == &read_ || tree_->ElementCount() >= kElementsInTree) {
+      auto next = std::make_unique<XmlTree>();
+      tree_ = next.get();
+      codebook_.trees.push_back(std::move(next));
+    }
+  } else {
+    tree_->Clear();
+  }
+  tree_->Start(start);
+}
+
+void DocumentReader::ReadTree(const Codebook::Place& place) {
+  const XmlTree& tree = *tree_;
+  const Node root = tree.Root();
+  const Codebook::Tree kept =
+      tree_ == &read_ ? Codebook::Tree{place} : Codebook::Tree{place, tree_, root};
+  const auto id = [&] { return std::string(Trim(tree.Attribute(root, "ID").value_or(""))); };
+  switch (tree.ElementOf(root)) {
     case Element::fileDscr:
-      codebook_.files.push_back({place, id()});
-      reading_.files.push_back(ReadFile(tree_, root));
+      codebook_.files.push_back({kept, id()});
+      reading_.files.push_back(ReadFile(tree, root));
       break;
     case Element::varGrp:
-      codebook_.groups.push_back({place, id(), 0, ReadSet(tree_, root), {}});
-      reading_.groupMembers.emplace_back(tree_.Attribute(root, "var").value_or(""));
+      codebook_.groups.push_back({kept, id(), 0, ReadSet(tree, root), {}});
+      reading_.groupMembers.emplace_back(tree.Attribute(root, "var").value_or(""));
       break;
     default:
-      VariableReading reading = ReadVariable(tree_, root);
+      VariableReading reading = ReadVariable(tree, root);
       codebook_.variables.push_back(
-          {place, std::move(reading.id), reading.variable->name, reading.weights});
+          {kept, std::move(reading.id), reading.variable->name, reading.weights});
       reading_.variables.push_back(std::move(reading));
   }
-  tree_.Clear();
 }
 
 }  // namespace velahost

@@ -14,8 +14,9 @@
 
 namespace velahost {
 
-// Reads a document as its events come: each fileDscr, varGrp and var is gathered in a tree, read,
-// and forgotten again; of everything else only the place is kept.
+// Reads a document as its events come: each fileDscr, varGrp and var is gathered in a tree and
+// read, and the tree is kept if the codebook may be written; of everything else only the place is
+// kept.
 class DocumentReader : public XmlHandler {
  public:
   // Reads a whole document into a reading whose codebook has its path and text.
@@ -27,7 +28,7 @@ class DocumentReader : public XmlHandler {
   void Start(const XmlStart& start) override;
   bool ReadsText(Element element) const override { return inTree_ && XmlTree::ReadsText(element); }
   void End(std::size_t begin, std::size_t end) override;
-  void Text(std::string_view text) override { tree_.Text(text); }
+  void Text(std::string_view text) override { tree_->Text(text); }
 
   // Whether a variable ended right before the position, and nothing but its dataDscr is open.
   bool StandsBehindVariable(std::size_t position) const;
@@ -42,11 +43,13 @@ class DocumentReader : public XmlHandler {
 
  private:
   void StartRoot(const XmlStart& start);
-  void ReadTree(Codebook::Place place);
+  void StartTree(const XmlStart& start);
+  void ReadTree(const Codebook::Place& place);
 
   CodebookReading& reading_;
   Codebook& codebook_;
-  XmlTree tree_;  // of the element that is gathered
+  XmlTree read_;            // for elements that are not kept
+  XmlTree* tree_ = &read_;  // where elements are gathered: that, or the last of the codebook's
   bool inTree_ = false;
   std::size_t depth_ = 0;
   // Of the open elements, to depth 3.

@@ -234,17 +234,17 @@ void TakeFileProperties(FileReading& file, std::size_t place, VELA_DataSource::I
 
 }  // namespace
 
-OpenedCodebook OpenCodebook(const std::string& specification) {
+OpenedCodebook OpenCodebook(const std::string& specification, OpenFor use) {
   const auto [path, id] = SplitSpecification(specification);
   FileText file = ReadText(path);
-  OpenedCodebook opened = OpenCodebookText(path, std::move(file.text), id);
+  OpenedCodebook opened = OpenCodebookText(path, std::move(file.text), id, use);
   opened.identity = file.identity;
   return opened;
 }
 
 OpenedCodebook OpenCodebookText(const std::string& path, std::string text,
-                                const std::optional<std::string>& id) {
-  CodebookReading reading = ReadCodebook(path, std::move(text));
+                                const std::optional<std::string>& id, OpenFor use) {
+  CodebookReading reading = ReadCodebook(path, std::move(text), use);
   const std::size_t place = FindFile(*reading.codebook, id);
   const FileMembership membership(reading);
   ResolveGroups(reading, membership);

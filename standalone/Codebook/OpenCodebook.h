@@ -42,21 +42,26 @@ struct OpenedCodebook {
   std::vector<ReadingWarning> warnings;
 };
 
+// What a codebook is opened for. One that may be written holds its elements as trees, which takes a
+// few times the room of the document.
+enum class OpenFor { Reading, Writing };
+
 // Opens the data file that the specification names: a path, which means the document's first data
 // file, or path#ID. Throws CodebookError.
-OpenedCodebook OpenCodebook(const std::string& specification);
+OpenedCodebook OpenCodebook(const std::string& specification, OpenFor use = OpenFor::Writing);
 
 // The same from the bytes of a document: the data file of that ID, or the first. The path is what
 // messages name; the document has no identity.
 OpenedCodebook OpenCodebookText(const std::string& path, std::string text,
-                                const std::optional<std::string>& id);
+                                const std::optional<std::string>& id,
+                                OpenFor use = OpenFor::Writing);
 
 // Takes the bytes of a document, piece by piece, in order.
 using ByteSink = std::function<void(std::string_view bytes)>;
 
-// Writes the document of a data source that OpenCodebook gave, or of a store over it, with every
-// change since then; what was not changed stays byte for byte. The data source stays as it is. What
-// the sink throws passes on.
+// Writes the document of a data source that OpenCodebook gave for writing, or of a store over it,
+// with every change since then; what was not changed stays byte for byte. The data source stays as
+// it is. What the sink throws passes on.
 void WriteCodebook(const VELA_DataSource& dataSource, const ByteSink& sink);
 // The same as one text.
 std::string WriteCodebook(const VELA_DataSource& dataSource);

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "standalone/Codebook/OpenCodebook.h"
 #include "standalone/Codebook/ReadInParts.h"
 #include "standalone/Text/Utf8.h"
 
@@ -24,8 +23,9 @@ std::string WithLineFeeds(std::string_view text) {
   return result;
 }
 
-CodebookReading NewReading(std::string path, std::string text) {
+CodebookReading NewReading(std::string path, std::string text, OpenFor use) {
   CodebookReading reading;
+  reading.use = use;
   reading.codebook = std::make_shared<Codebook>();
   reading.codebook->path = std::move(path);
   reading.codebook->text = std::move(text);
@@ -34,11 +34,12 @@ CodebookReading NewReading(std::string path, std::string text) {
 
 }  // namespace
 
-CodebookReading ReadCodebook(std::string path, std::string text) {
-  CodebookReading reading = NewReading(std::move(path), std::move(text));
+CodebookReading ReadCodebook(std::string path, std::string text, OpenFor use) {
+  CodebookReading reading = NewReading(std::move(path), std::move(text), use);
   try {
     if (!ReadInParts(reading)) {
-      reading = NewReading(std::move(reading.codebook->path), std::move(reading.codebook->text));
+      reading =
+          NewReading(std::move(reading.codebook->path), std::move(reading.codebook->text), use);
       ReadWhole(reading);
     }
   } catch (const XmlError& error) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "standalone/Codebook/Codebook.h"
+#include "standalone/Codebook/OpenCodebook.h"
 #include "standalone/Codebook/ReadVariable.h"
 
 namespace velahost {
@@ -22,6 +23,7 @@ struct FileReading {
 
 // A document with the dictionary information of all its data files.
 struct CodebookReading {
+  OpenFor use = OpenFor::Writing;
   std::shared_ptr<Codebook> codebook;
   std::vector<FileReading> files;          // one for each of the document's
   std::vector<VariableReading> variables;  // likewise
@@ -30,7 +32,7 @@ struct CodebookReading {
 
 // Reads a document from its text. Throws CodebookError, which names the path, and where and why the
 // document is refused.
-CodebookReading ReadCodebook(std::string path, std::string text);
+CodebookReading ReadCodebook(std::string path, std::string text, OpenFor use);
 
 // Reads a fileDscr element.
 FileReading ReadFile(const XmlTree& tree, XmlTree::Node fileDscr);

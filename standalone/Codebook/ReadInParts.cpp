@@ -75,6 +75,8 @@ class Parts {
       MoveInto(reading_.variables, readings_, part.variables);
       MoveInto(codebook_.groups, groups_, part.codebook->groups);
       MoveInto(reading_.groupMembers, members_, part.groupMembers);
+      std::move(part.codebook->trees.begin(), part.codebook->trees.end(),
+                std::back_inserter(codebook_.trees));
       auto& last = codebook_.dataDescriptions[dataDescription_].last;
       for (const auto& [element, place] : part.codebook->dataDescriptions.front().last) {
         Codebook::Place& known = last[element];
@@ -87,6 +89,7 @@ class Parts {
   // Reads parts as long as there are any. Called on several threads at once.
   void ReadNext(Namespaces namespaces, Encoding encoding, Namespaces::Scope scope) {
     for (std::size_t i = next_++; i < read_.size(); i = next_++) {
+      read_[i].use = reading_.use;
       read_[i].codebook = std::make_shared<Codebook>();
       DocumentReader handler(read_[i], scope);
       XmlParser(namespaces, handler)

@@ -13,7 +13,6 @@
 #include "standalone/Codebook/DocumentIds.h"
 #include "standalone/Codebook/Edits.h"
 #include "standalone/Codebook/ElementEditor.h"
-#include "standalone/Codebook/ElementReader.h"
 #include "standalone/Codebook/OpenCodebook.h"
 #include "standalone/Codebook/ReadVariable.h"
 #include "standalone/Codebook/WriteFile.h"
@@ -43,7 +42,6 @@ class CodebookWriter {
         codebook_(*file.document),
         layout_(LayoutOf(codebook_)),
         edits_(codebook_.encoding),
-        reader_(codebook_),
         ids_(codebook_),
         newIds_(file.variables.size()) {}
 
@@ -98,7 +96,7 @@ class CodebookWriter {
   // Sets come first: they decide which variables need an ID.
   void WriteSetsAndNewIds() {
     for (std::size_t i = file_.readCount; i < file_.variables.size(); ++i) IdOf(i);
-    newSets_ = WriteSets({file_, codebook_, layout_, reader_, ids_, edits_,
+    newSets_ = WriteSets({file_, codebook_, layout_, ids_, edits_,
                           [this](int column) { return IdOf(static_cast<std::size_t>(column)); }});
   }
 
@@ -118,17 +116,16 @@ class CodebookWriter {
   }
 
   void WriteVariables(const Stretch& stretch, Edits& edits) const {
-    ElementReader reader(codebook_);
     for (std::size_t i = stretch.firstColumn; i < stretch.lastColumn; ++i) {
       const VELA_Variable::Impl& variable = Variable(i);
       const bool weights =
           SetsWeight() && file_.now.weight == static_cast<int>(i) && !AsRead(i).weights;
       if (!variable.before && !weights && newIds_[i].empty()) continue;
-      const XmlTree& tree = reader.Read(AsRead(i));
-      ElementEditor editor(codebook_, layout_, tree, edits);
-      if (!newIds_[i].empty()) editor.SetAttribute(tree.Root(), "ID", newIds_[i]);
-      if (weights) editor.SetAttribute(tree.Root(), "wgt", "wgt");
-      WriteVariable(variable, tree, tree.Root(), editor);
+      const Codebook::Variable& element = AsRead(i);
+      ElementEditor editor(codebook_, layout_, *element.tree, edits);
+      if (!newIds_[i].empty()) editor.SetAttribute(element.root, "ID", newIds_[i]);
+      if (weights) editor.SetAttribute(element.root, "wgt", "wgt");
+      WriteVariable(variable, *element.tree, element.root, editor);
       editor.Finish();
     }
   }
@@ -154,19 +151,19 @@ class CodebookWriter {
     }
     const bool mayRename = file_.variables.size() > file_.readCount;
     if (!file_.before && !mayRename) return;
-    const XmlTree& tree = reader_.Read(place);
-    ElementEditor editor(codebook_, layout_, tree, edits_);
-    WriteFile(file_, tree, tree.Root(), editor);
-    WriteWeightNote(tree, editor);
+    ElementEditor editor(codebook_, layout_, *place.tree, edits_);
+    WriteFile(file_, *place.tree, place.root, editor);
+    WriteWeightNote(place, editor);
     editor.Finish();
   }
 
-  void WriteWeightNote(const XmlTree& tree, ElementEditor& editor) {
-    const Node note = FindNote(tree, tree.Root(), kWeightNote);
+  void WriteWeightNote(const Codebook::File& place, ElementEditor& editor) {
+    const XmlTree& tree = *place.tree;
+    const Node note = FindNote(tree, place.root, kWeightNote);
     if (note == XmlTree::kNone) {
       if (!SetsWeight()) return;
       if (const auto name = WeightNote()) {
-        editor.Insert(tree.Root(), NewNote(Element::fileDscr, kWeightNote, *name));
+        editor.Insert(place.root, NewNote(Element::fileDscr, kWeightNote, *name));
       }
       return;
     }
@@ -215,7 +212,6 @@ class CodebookWriter {
   const Codebook& codebook_;
   const Layout layout_;
   Edits edits_;
-  ElementReader reader_;
   DocumentIds ids_;
   std::vector<std::string> newIds_;  // by column; empty for none
   std::vector<NewElement> newSets_;

@@ -124,10 +124,9 @@ class SetWriter {
     const bool sameMembers = set == nullptr || set->members == codebook_.MemberNames(group);
     if (sameLabel && sameMembers && goneIds_.empty()) return std::string(codebook_.Bytes(group));
     Edits edits(codebook_.encoding);
-    const XmlTree& tree = writing_.reader.Read(group);
-    ElementEditor editor(codebook_, writing_.layout, tree, edits);
-    if (!sameLabel) WriteLabel(*set, tree, editor);
-    if (!sameMembers) WriteMembers(*set, tree, editor);
+    ElementEditor editor(codebook_, writing_.layout, *group.tree, edits);
+    if (!sameLabel) WriteLabel(*set, group, editor);
+    if (!sameMembers) WriteMembers(*set, group, editor);
     editor.Finish();
     WriteReferences(group, edits);
     return edits.Apply(codebook_.text, group.begin, group.end);
@@ -137,8 +136,10 @@ class SetWriter {
     return a.flags == b.flags && a.label == b.label;
   }
 
-  static void WriteLabel(const VariableSet& set, const XmlTree& tree, ElementEditor& editor) {
-    const Node root = tree.Root();
+  static void WriteLabel(const VariableSet& set, const Codebook::Group& group,
+                         ElementEditor& editor) {
+    const XmlTree& tree = *group.tree;
+    const Node root = group.root;
     const auto labels = tree.FindAll(root, Element::labl);
     if (!set.flags[VariableSet::HasLabel]) {
       for (const Node label : labels) editor.Remove(label);
@@ -155,16 +156,16 @@ class SetWriter {
 
   // The members' IDs; behind them those of other files' variables, which this file's sets do not
   // tell of.
-  void WriteMembers(const VariableSet& set, const XmlTree& tree, ElementEditor& editor) {
+  void WriteMembers(const VariableSet& set, const Codebook::Group& group, ElementEditor& editor) {
     std::vector<std::string> ids = MemberIds(set);
     if (ids.empty()) {
-      editor.RemoveAttribute(tree.Root(), "var");
+      editor.RemoveAttribute(group.root, "var");
       return;
     }
-    for (std::string& id : SplitTokens(tree.Attribute(tree.Root(), "var").value_or(""))) {
+    for (std::string& id : SplitTokens(group.tree->Attribute(group.root, "var").value_or(""))) {
       if (!OwnIds().contains(id)) ids.push_back(std::move(id));
     }
-    editor.SetAttribute(tree.Root(), "var", JoinTokens(ids));
+    editor.SetAttribute(group.root, "var", JoinTokens(ids));
   }
 
   // Takes the sets that go out of what refers to them outside the groups.

@@ -7,7 +7,6 @@
 #include "standalone/Codebook/Codebook.h"
 #include "standalone/Codebook/DocumentIds.h"
 #include "standalone/Codebook/Edits.h"
-#include "standalone/Codebook/ElementReader.h"
 #include "standalone/Codebook/NewElement.h"
 #include "standalone/Data/DataSource.h"
 
@@ -18,7 +17,6 @@ struct SetWriting {
   const VELA_DataSource::Impl& file;
   const Codebook& codebook;
   const Layout& layout;
-  ElementReader& reader;
   DocumentIds& ids;
   Edits& edits;
   // The ID of the variable at a column, as it will be.

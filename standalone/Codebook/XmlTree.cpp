@@ -1,5 +1,7 @@
 #include "standalone/Codebook/XmlTree.h"
 
+#include <limits>
+
 namespace velahost {
 
 void XmlTree::Clear() {
@@ -9,48 +11,52 @@ void XmlTree::Clear() {
   attributeTexts_.clear();
   root_ = kNone;
   open_ = kNone;
+  lastChildren_.clear();
 }
 
 void XmlTree::Start(const XmlStart& start) {
   const auto node = static_cast<Node>(nodes_.size());
-  const std::size_t firstAttribute = attributes_.size();
+  const Offset firstAttribute = OffsetAt(attributes_.size());
   for (const char* const* attribute = start.attributes; *attribute != nullptr; attribute += 2) {
-    const std::size_t begin = attributeTexts_.size();
+    const Offset begin = OffsetAt(attributeTexts_.size());
     attributeTexts_ += attribute[0];
-    const std::size_t valueBegin = attributeTexts_.size();
+    const Offset valueBegin = OffsetAt(attributeTexts_.size());
     attributeTexts_ += attribute[1];
-    attributes_.push_back({begin, valueBegin, attributeTexts_.size()});
+    attributes_.push_back({begin, valueBegin, OffsetAt(attributeTexts_.size())});
   }
   nodes_.push_back({.element = start.element,
                     .parent = open_,
                     .begin = start.begin,
                     .contentBegin = start.end,
-                    .textBegin = texts_.size(),
+                    .textBegin = OffsetAt(texts_.size()),
                     .firstAttribute = firstAttribute,
-                    .attributeCount = attributes_.size() - firstAttribute});
+                    .attributeCount = OffsetAt(attributes_.size()) - firstAttribute});
   if (open_ == kNone) {
     root_ = node;
   } else {
-    NodeData& parent = At(open_);
-    if (parent.lastChild == kNone) {
-      parent.firstChild = node;
-    } else {
-      At(parent.lastChild).next = node;
-    }
-    parent.lastChild = node;
+    Node& last = lastChildren_.back();
+    (last == kNone ? At(open_).firstChild : At(last).next) = node;
+    last = node;
   }
   open_ = node;
+  lastChildren_.push_back(kNone);
 }
 
 void XmlTree::End(std::size_t begin, std::size_t end) {
   NodeData& node = At(open_);
   node.contentEnd = begin;
   node.end = end;
-  node.textEnd = texts_.size();
+  node.textEnd = OffsetAt(texts_.size());
   open_ = node.parent;
+  lastChildren_.pop_back();
 }
 
 void XmlTree::Text(std::string_view text) { texts_ += text; }
+
+XmlTree::Offset XmlTree::OffsetAt(std::size_t size) {
+  if (size <= std::numeric_limits<Offset>::max()) return static_cast<Offset>(size);
+  throw XmlError("the document has an element of more than 4 GB");
+}
 
 bool XmlTree::ReadsText(Element element) {
   return element == Element::labl || element == Element::catValu || element == Element::notes ||

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,7 +21,8 @@ class XmlTree {
 
   void Clear();
   bool Empty() const { return nodes_.empty(); }
-  // The events, from an element's start to its end.
+  // The events, from an element's start to its end. Throws XmlError if there are more than 4 GB of
+  // attributes or text.
   void Start(const XmlStart& start);
   void End(std::size_t begin, std::size_t end);
   void Text(std::string_view text);
@@ -60,26 +62,28 @@ class XmlTree {
   bool HasEndTag(Node node) const { return At(node).contentEnd != At(node).end; }
 
  private:
+  // A codebook that may be written holds one of these for each element that it reads.
+  using Offset = std::uint32_t;  // in texts_ or attributeTexts_
   struct NodeData {
     Element element;
     Node parent;
     Node firstChild = kNone;
-    Node lastChild = kNone;
     Node next = kNone;
     std::size_t begin;
     std::size_t contentBegin;
     std::size_t contentEnd = 0;
     std::size_t end = 0;
-    std::size_t textBegin;
-    std::size_t textEnd = 0;
-    std::size_t firstAttribute;
-    std::size_t attributeCount;
+    Offset textBegin;
+    Offset textEnd = 0;
+    Offset firstAttribute;
+    Offset attributeCount;
   };
   struct AttributeData {
-    std::size_t begin;  // of the name in attributeTexts_
-    std::size_t valueBegin;
-    std::size_t end;
+    Offset begin;  // of the name in attributeTexts_
+    Offset valueBegin;
+    Offset end;
   };
+  static Offset OffsetAt(std::size_t size);
   const NodeData& At(Node node) const { return nodes_[static_cast<std::size_t>(node)]; }
   NodeData& At(Node node) { return nodes_[static_cast<std::size_t>(node)]; }
 
@@ -89,6 +93,7 @@ class XmlTree {
   std::string attributeTexts_;  // names and values of all attributes
   Node root_ = kNone;
   Node open_ = kNone;
+  std::vector<Node> lastChildren_;  // so far, of the open elements
 };
 
 }  // namespace velahost

@@ -16,7 +16,7 @@ SourceAhead::SourceAhead(const Command& command) {
       });
   if (from == tokens.end()) return;
   file_ = std::next(from)->Text();
-  opened_ = std::async(OpenCodebook, file_);
+  opened_ = std::async(OpenCodebook, file_, OpenFor::Reading);
 }
 
 std::optional<OpenedCodebook> SourceAhead::Take(const std::string& file) {

@@ -19,7 +19,7 @@ velahost::OpenedCodebook Open(const std::string& file) {
     if (auto& ahead = velahost::Host::Current().sourceAhead) {
       if (auto opened = ahead->Take(file)) return std::move(*opened);
     }
-    return velahost::OpenCodebook(file);
+    return velahost::OpenCodebook(file, velahost::OpenFor::Reading);
   } catch (const velahost::CodebookError& error) {
     throw ErrorText(velahost::EscapeMessage(error.what()));
   }
