@@ -96,11 +96,11 @@ class FileMembership {
     }
     for (const VariableReading& variable : reading.variables) {
       std::vector<std::size_t>& ofVariable = files_.emplace_back();
-      for (const auto* const ids : {&variable.files, &variable.locations}) {
-        for (const std::string& id : *ids) {
-          if (const auto found = files.find(id); found != files.end()) {
-            ofVariable.push_back(found->second);
-          }
+      std::vector<std::string> ids = SplitTokens(variable.files);
+      ids.insert(ids.end(), variable.locations.begin(), variable.locations.end());
+      for (const std::string& id : ids) {
+        if (const auto found = files.find(id); found != files.end()) {
+          ofVariable.push_back(found->second);
         }
       }
       if (ofVariable.empty()) ofVariable.push_back(0);

@@ -268,9 +268,12 @@ VariableReading ReadVariable(const XmlTree& tree, Node var) {
 
   reading.id = Trim(tree.Attribute(var, "ID").value_or(""));
   reading.weights = tree.Attribute(var, "wgt") == "wgt";
-  reading.files = SplitTokens(tree.Attribute(var, "files").value_or(""));
-  for (const Node location : tree.FindAll(var, Element::location)) {
-    reading.locations.emplace_back(Trim(tree.Attribute(location, "fileid").value_or("")));
+  reading.files = tree.Attribute(var, "files").value_or("");
+  for (Node location = tree.Find(var, Element::location); location != XmlTree::kNone;
+       location = tree.FindNext(location, Element::location)) {
+    if (const auto id = tree.Attribute(location, "fileid")) {
+      reading.locations.emplace_back(Trim(*id));
+    }
   }
   return reading;
 }

@@ -15,8 +15,8 @@ namespace velahost {
 struct VariableReading {
   std::unique_ptr<VELA_Variable::Impl> variable;
   std::string id;
-  std::vector<std::string> files;      // the IDs in @files
-  std::vector<std::string> locations;  // the IDs in location/@fileid
+  std::string files;                   // @files: IDs
+  std::vector<std::string> locations;  // each location/@fileid: one ID
   bool weights = false;
   bool missingNotRead = false;         // more or other missing values than the dictionary can hold
   bool longCategoriesNotRead = false;  // labels of values that are longer than the string
