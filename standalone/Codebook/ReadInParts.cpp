@@ -15,17 +15,14 @@ namespace velahost {
 
 namespace {
 
-// The document is parsed in pieces of this size until it is seen where it can be cut, and parts are
-// about as large: what is read of one and the parser's copy of it fit into a processor's cache.
-constexpr std::size_t kPiece = std::size_t{1} << 18;
-
-// Where a text is cut: behind the end tag, every kPiece bytes or a little more from begin on. None
-// if a part would be more than a parser reads at once.
-std::vector<std::size_t> Cuts(std::string_view text, std::size_t begin, std::string_view endTag) {
+// Where a text is cut: behind the end tag, every partSize bytes or a little more from begin on.
+// None if a part would be more than a parser reads at once.
+std::vector<std::size_t> Cuts(std::string_view text, std::size_t begin, std::string_view endTag,
+                              std::size_t partSize) {
   const std::size_t last = text.rfind(endTag);
   std::vector<std::size_t> cuts;
   if (last == std::string_view::npos) return cuts;
-  for (std::size_t from = begin; from <= last; from = cuts.back() + kPiece) {
+  for (std::size_t from = begin; from <= last; from = cuts.back() + partSize) {
     const std::size_t cut = text.find(endTag, from) + endTag.size();
     if (!cuts.empty() && cut - cuts.back() > XmlParser::kMostAtOnce / 2) return {};
     cuts.push_back(cut);
@@ -114,7 +111,7 @@ class Parts {
 
 }  // namespace
 
-bool ReadInParts(CodebookReading& reading) {
+bool ReadInParts(CodebookReading& reading, std::size_t partSize) {
   Codebook& codebook = *reading.codebook;
   const std::string_view text = codebook.text;
   DocumentReader handler(reading);
@@ -123,12 +120,12 @@ bool ReadInParts(CodebookReading& reading) {
   bool mayCut = Threads() > 1;
   try {
     for (std::size_t at = 0; at < text.size();) {
-      parser.Parse(text.substr(at, kPiece));
-      at = std::min(at + kPiece, text.size());
+      parser.Parse(text.substr(at, partSize));
+      at = std::min(at + partSize, text.size());
       const DocumentReader::Tag endTag = handler.VariableEnd();
       if (!mayCut || endTag.end == 0) continue;
       mayCut = false;
-      auto cuts = Cuts(text, at, text.substr(endTag.begin, endTag.end - endTag.begin));
+      auto cuts = Cuts(text, at, text.substr(endTag.begin, endTag.end - endTag.begin), partSize);
       const std::size_t least = 3;  // for two parts
       if (cuts.size() < least || parser.HasDocumentType()) continue;
       parser.Parse(text.substr(at, cuts.front() - at));
