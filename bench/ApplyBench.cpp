@@ -90,7 +90,7 @@ const Dictionaries& DictionariesOf(int count) {
 template <typename Work>
 void TimeOnNewFiles(benchmark::State& state, Work work) {
   const Dictionaries& dictionaries = DictionariesOf(static_cast<int>(state.range(0)));
-  for (auto turn : state) {
+  while (state.KeepRunning()) {
     velahost::Host host;
     host.SetWorking(dictionaries.Working());
     const Clock::time_point begin = Clock::now();
@@ -158,7 +158,7 @@ void BM_Rename(benchmark::State& state) {
   for (int i = 0; i < state.range(0); ++i) {
     record.targetNames.emplace_back(("new" + std::to_string(i)).c_str());
   }
-  for (auto turn : state) {
+  while (state.KeepRunning()) {
     velahost::Host host;
     host.SetWorking(dictionaries.Working());
     auto* const store = new DEDataStore(&host.Working());  // the host's from here on

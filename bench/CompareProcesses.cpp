@@ -55,6 +55,7 @@ bool Run(Contestant& contestant) {
 
 double Median(const std::vector<Usage>& runs, double Usage::*field) {
   std::vector<double> values;
+  values.reserve(runs.size());
   for (const Usage& run : runs) values.push_back(run.*field);
   std::sort(values.begin(), values.end());
   const std::size_t middle = values.size() / 2;

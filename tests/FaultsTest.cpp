@@ -198,7 +198,8 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
         EXPECT_EQ(last.level, BpLevelFailure);
         EXPECT_EQ(last.show, BpShowMessage);
         const std::size_t count = state.rfind(' ') + 1;
-        state = state.substr(0, count) + std::to_string(std::stoi(state.substr(count)) + 1);
+        const int diagnostics = std::stoi(state.substr(count)) + 1;
+        state.erase(count).append(std::to_string(diagnostics));
       }
       EXPECT_EQ(run.State(), state) << "changed further, or not as far";
       EXPECT_TRUE(hosted.host.openFrames.empty());

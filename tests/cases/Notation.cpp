@@ -92,9 +92,9 @@ void AddSets(const std::string& kind, const Json& sets, Lines& lines) {
     for (const Json& member : set["variables"]) {
       members += (members.empty() ? "" : " ") + member.get<std::string>();
     }
-    lines.push_back("file " + kind + " " + set["name"].get<std::string>() + " " +
-                    (set["label"].is_null() ? "" : Quoted(set["label"]) + " ") + "(" + members +
-                    ")");
+    std::string line = "file " + kind + " " + set["name"].get<std::string>();
+    if (!set["label"].is_null()) line += " " + Quoted(set["label"]);
+    lines.push_back(line.append(" (").append(members).append(")"));
   }
 }
 
