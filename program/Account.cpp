@@ -96,23 +96,22 @@ Changes ChangesOf(const VELA_DataSource& dataSource) {
 
 std::string AccountText(const Changes& changes, const std::optional<std::string>& written) {
   std::string text;
-  const auto line = std::back_inserter(text);
-  fmt::format_to(line, "Variables changed: {}\n", changes.changed.size());
+  text += fmt::format("Variables changed: {}\n", changes.changed.size());
   if (!changes.changed.empty()) {
     CountProperties(changes.changed, text);
     text += '\n';
     ListVariables(changes.changed, text);
     text += '\n';
   }
-  fmt::format_to(line, "Variables added: {}\n", changes.added.size());
+  text += fmt::format("Variables added: {}\n", changes.added.size());
   ListNames(changes.added, text);
   text += "File-level items changed: ";
   AppendNames(text, changes.file.empty() ? std::vector<const char*>{"none"} : changes.file);
   text += '\n';
   if (written) {
-    fmt::format_to(line, "Written to {}\n", Visible(*written));
+    text += fmt::format("Written to {}\n", Visible(*written));
   } else {
-    fmt::format_to(line, "Dry run: nothing written\n");
+    text += "Dry run: nothing written\n";
   }
   return text;
 }
