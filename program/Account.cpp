@@ -95,8 +95,7 @@ Changes ChangesOf(const VELA_DataSource& dataSource) {
 }
 
 std::string AccountText(const Changes& changes, const std::optional<std::string>& written) {
-  std::string text;
-  text += fmt::format("Variables changed: {}\n", changes.changed.size());
+  std::string text = fmt::format("Variables changed: {}\n", changes.changed.size());
   if (!changes.changed.empty()) {
     CountProperties(changes.changed, text);
     text += '\n';
