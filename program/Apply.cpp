@@ -134,6 +134,16 @@ void WriteWorking(const VELA_DataSource& working, const std::optional<std::strin
   });
 }
 
+// Without it the codebook is written none the less, which the user must know.
+void WriteAccount(const std::string& account, const std::optional<std::string>& destination) {
+  try {
+    WriteOutput(account);
+  } catch (const Failure& failure) {
+    if (!destination) throw;
+    throw Failure(std::string(failure.what()) + " " + *destination + " is written.");
+  }
+}
+
 }  // namespace
 
 ExitStatus RunApply(const ApplyOptions& options) {
@@ -167,7 +177,7 @@ ExitStatus RunApply(const ApplyOptions& options) {
                         : AccountText(changes, destination);
   });
   WriteWorking(host.Working(), destination);
-  WriteOutput(account.get());
+  WriteAccount(account.get(), destination);
   return kDone;
 }
 

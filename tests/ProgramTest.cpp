@@ -209,6 +209,11 @@ TEST_F(Program, ShowsADictionary) {
       "S  (string of 3)\n  label           S\n  missing values  'abc'\n  format          A3\n\n"
       "N  (number)\n  format          F8\n");
   EXPECT_EQ(Run("show s.xml >/dev/full 2>/dev/null; exit $?; true"), 2);
+  EXPECT_EQ(Run("apply s.xml -c 'FROM *' -o o.xml >/dev/full 2>e; exit $?; true"), 2);
+  EXPECT_EQ(folder_.Read("e"),
+            "applydic: error: Cannot write to standard output: No space left on device. o.xml is "
+            "written.\n");
+  EXPECT_EQ(folder_.Read("o.xml"), folder_.Read("s.xml"));
 }
 
 }  // namespace
