@@ -135,23 +135,40 @@ void WriteWorking(const VELA_DataSource& working, const std::optional<std::strin
 }
 
 // Without it the codebook is written none the less, which the user must know.
-void WriteAccount(const std::string& account, const std::optional<std::string>& destination) {
+void WriteAccount(std::future<std::string> account, const std::optional<std::string>& destination) {
+  const std::string written = destination ? " " + *destination + " is written." : "";
   try {
-    WriteOutput(account);
+    WriteOutput(account.get());
+  } catch (const std::bad_alloc&) {
+    throw Failure("There is not enough memory to tell what has changed." + written);
   } catch (const Failure& failure) {
-    if (!destination) throw;
-    throw Failure(std::string(failure.what()) + " " + *destination + " is written.");
+    throw Failure(failure.what() + written);
   }
 }
+
+// The source of a command while the host opens it ahead. However the run ends, it waits for that.
+class SourceAheadOf {
+ public:
+  SourceAheadOf(velahost::Host& host, const velahost::Command& command) : host_(host) {
+    host_.sourceAhead.emplace(command);
+  }
+  SourceAheadOf(const SourceAheadOf&) = delete;
+  SourceAheadOf& operator=(const SourceAheadOf&) = delete;
+  ~SourceAheadOf() { host_.sourceAhead.reset(); }
+
+ private:
+  velahost::Host& host_;
+};
 
 }  // namespace
 
 ExitStatus RunApply(const ApplyOptions& options) {
   const EntryPoint applyDictionary = LoadLibrary();
   std::vector<velahost::Command> commands = ReadCommands(options);
-  // Never destroyed: the program ends with the run, and the system takes all of it back at once.
+  // Never destroyed: the program ends with the run, and the system takes all of its memory back at
+  // once. Its threads have ended before.
   velahost::Host& host = *new velahost::Host;
-  host.sourceAhead.emplace(commands.front());
+  const SourceAheadOf ahead(host, commands.front());
   velahost::OpenedCodebook working = velahost::OpenCodebook(options.working);
   const std::optional<std::string> destination = Destination(options, working);
   if (destination) velahost::CheckCanSave(*destination);
@@ -177,7 +194,7 @@ ExitStatus RunApply(const ApplyOptions& options) {
                         : AccountText(changes, destination);
   });
   WriteWorking(host.Working(), destination);
-  WriteAccount(account.get(), destination);
+  WriteAccount(std::move(account), destination);
   return kDone;
 }
 

@@ -1,5 +1,7 @@
 #include "standalone/Codebook/DocumentReader.h"
 
+#include <memory>
+#include <string>
 #include <utility>
 
 #include "standalone/Codebook/OpenCodebook.h"
@@ -13,8 +15,10 @@ using Node = XmlTree::Node;
 
 // Elements that are deeper than this stand in a tree, or nobody reads them.
 constexpr std::size_t kDeepest = 3;
-// No tree begins another element behind so many: larger trees take long to grow.
-constexpr std::size_t kElementsInTree = 1 << 14;
+// No tree begins another element behind so many, or so many bytes of text: larger trees take long
+// to grow.
+constexpr std::size_t kElementsInTree = std::size_t{1} << 14;
+constexpr std::size_t kTextInTree = std::size_t{1} << 24;
 
 }  // namespace
 
@@ -66,7 +70,6 @@ void DocumentReader::End(std::size_t begin, std::size_t end) {
     if (!tree_->Complete()) return;
     inTree_ = false;
   }
-  lastEnd_ = end;
   if (depth_-- > kDeepest) return;
   scopes_.pop_back();
   const Element element = path_.back();
@@ -90,8 +93,7 @@ void DocumentReader::End(std::size_t begin, std::size_t end) {
 }
 
 bool DocumentReader::StandsBehindVariable(std::size_t position) const {
-  return depth_ == 2 && path_.back() == Element::dataDscr && variableEnd_.end == position &&
-         lastEnd_ == position;
+  return depth_ == 2 && path_.back() == Element::dataDscr && variableEnd_.end == position;
 }
 
 void DocumentReader::StartRoot(const XmlStart& start) {
@@ -111,7 +113,8 @@ void DocumentReader::StartRoot(const XmlStart& start) {
 
 void DocumentReader::StartTree(const XmlStart& start) {
   if (reading_.use == OpenFor::Writing) {
-    if (tree_ == &read_ || tree_->ElementCount() >= kElementsInTree) {
+    if (tree_ == &read_ || tree_->ElementCount() >= kElementsInTree ||
+        tree_->TextSize() >= kTextInTree) {
       auto next = std::make_unique<XmlTree>();
       tree_ = next.get();
       codebook_.trees.push_back(std::move(next));

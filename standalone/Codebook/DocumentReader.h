@@ -1,9 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
-#include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -31,6 +28,7 @@ class DocumentReader : public XmlHandler {
   void Text(std::string_view text) override { tree_->Text(text); }
 
   // Whether a variable ended right before the position, and nothing but its dataDscr is open.
+  // REQUIRES: what stands behind the position has not been parsed.
   bool StandsBehindVariable(std::size_t position) const;
   // The scope inside the innermost element that is open.
   Namespaces::Scope Scope() const { return scopes_.back(); }
@@ -57,7 +55,6 @@ class DocumentReader : public XmlHandler {
   std::vector<Element> path_;
   std::vector<std::size_t> begins_;
   Tag variableEnd_;
-  std::size_t lastEnd_ = 0;  // of the element that ended last
 };
 
 }  // namespace velahost

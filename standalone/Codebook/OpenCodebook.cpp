@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <cstring>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "standalone/Codebook/ReadCodebook.h"

@@ -42,8 +42,8 @@ struct OpenedCodebook {
   std::vector<ReadingWarning> warnings;
 };
 
-// What a codebook is opened for. One that may be written holds its elements as trees, which takes a
-// few times the room of the document.
+// What a codebook is opened for. One that may be written holds its elements as trees, which takes
+// two or three times the room of the document.
 enum class OpenFor { Reading, Writing };
 
 // Opens the data file that the specification names: a path, which means the document's first data

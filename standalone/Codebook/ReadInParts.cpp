@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstddef>
+#include <functional>
 #include <future>
 #include <iterator>
+#include <memory>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -15,16 +18,19 @@ namespace velahost {
 
 namespace {
 
-// Where a text is cut: behind the end tag, every partSize bytes or a little more from begin on.
-// None if a part would be more than a parser reads at once.
+// Where a text is cut: behind the end tag, every partSize bytes or a little more from begin on, as
+// far as the dataDscr goes. None if a part would be more than a parser reads at once.
 std::vector<std::size_t> Cuts(std::string_view text, std::size_t begin, std::string_view endTag,
                               std::size_t partSize) {
-  const std::size_t last = text.rfind(endTag);
+  constexpr std::string_view kEnd = "dataDscr>";
+  const auto* const end = std::search(text.begin() + static_cast<std::ptrdiff_t>(begin), text.end(),
+                                      std::boyer_moore_horspool_searcher(kEnd.begin(), kEnd.end()));
+  const std::size_t last = text.rfind(endTag, static_cast<std::size_t>(end - text.begin()));
   std::vector<std::size_t> cuts;
   if (last == std::string_view::npos) return cuts;
   for (std::size_t from = begin; from <= last; from = cuts.back() + partSize) {
     const std::size_t cut = text.find(endTag, from) + endTag.size();
-    if (!cuts.empty() && cut - cuts.back() > XmlParser::kMostAtOnce / 2) return {};
+    if (!cuts.empty() && cut - cuts.back() > XmlParser::kMostAtOnce) return {};
     cuts.push_back(cut);
   }
   return cuts;
@@ -34,16 +40,34 @@ std::vector<std::size_t> Cuts(std::string_view text, std::size_t begin, std::str
 std::size_t Threads() { return std::thread::hardware_concurrency(); }
 
 template <typename Item>
-void MoveInto(std::vector<Item>& items, std::size_t& place, std::vector<Item>& others) {
-  items.insert(items.begin() + static_cast<std::ptrdiff_t>(place),
-               std::make_move_iterator(others.begin()), std::make_move_iterator(others.end()));
-  place += others.size();
+void MoveBehind(std::vector<Item>& items, std::vector<Item>& others) {
+  items.insert(items.end(), std::make_move_iterator(others.begin()),
+               std::make_move_iterator(others.end()));
+  others.clear();
+}
+
+// Puts what has been read of parts where it stands among the others, of which so many have been
+// read before the parts and the rest behind them. itemsOf gives what is meant of a part.
+template <typename Item, typename ItemsOf>
+void MoveInto(std::vector<Item>& items, std::size_t before, std::vector<CodebookReading>& parts,
+              ItemsOf itemsOf) {
+  const auto first = items.begin() + static_cast<std::ptrdiff_t>(before);
+  std::vector<Item> behind(std::make_move_iterator(first), std::make_move_iterator(items.end()));
+  items.erase(first, items.end());
+  std::size_t count = before + behind.size();
+  for (CodebookReading& part : parts) count += itemsOf(part).size();
+  items.reserve(count);
+  for (CodebookReading& part : parts) MoveBehind(items, itemsOf(part));
+  MoveBehind(items, behind);
 }
 
 // The parts of one document, while it is read.
 class Parts {
  public:
   explicit Parts(CodebookReading& reading) : reading_(reading), codebook_(*reading.codebook) {}
+  Parts(const Parts&) = delete;
+  Parts& operator=(const Parts&) = delete;
+  ~Parts() { next_ = read_.size(); }  // the workers end with what they are at
 
   bool Empty() const { return cuts_.empty(); }
 
@@ -53,8 +77,8 @@ class Parts {
     cuts_ = std::move(cuts);
     read_.resize(cuts_.size() - 1);
     dataDescription_ = codebook_.dataDescriptions.size() - 1;
-    variables_ = readings_ = codebook_.variables.size();
-    groups_ = members_ = codebook_.groups.size();
+    variables_ = codebook_.variables.size();
+    groups_ = codebook_.groups.size();
     for (std::size_t i = 0; i < std::min(Threads(), read_.size()); ++i) {
       workers_.push_back(std::async(&Parts::ReadNext, this, codebook_.namespaces, encoding, scope));
     }
@@ -63,17 +87,20 @@ class Parts {
   // Puts what has been read where it stands in the document. Throws XmlError if a part was none.
   void Take() {
     for (std::future<void>& worker : workers_) worker.get();
-    std::size_t count = codebook_.variables.size();
-    for (const CodebookReading& part : read_) count += part.variables.size();
-    codebook_.variables.reserve(count);
-    reading_.variables.reserve(count);
+    MoveInto(
+        codebook_.variables, variables_, read_,
+        [](CodebookReading & part) -> auto& { return part.codebook->variables; });
+    MoveInto(
+        reading_.variables, variables_, read_,
+        [](CodebookReading & part) -> auto& { return part.variables; });
+    MoveInto(
+        codebook_.groups, groups_, read_,
+        [](CodebookReading & part) -> auto& { return part.codebook->groups; });
+    MoveInto(
+        reading_.groupMembers, groups_, read_,
+        [](CodebookReading & part) -> auto& { return part.groupMembers; });
     for (CodebookReading& part : read_) {
-      MoveInto(codebook_.variables, variables_, part.codebook->variables);
-      MoveInto(reading_.variables, readings_, part.variables);
-      MoveInto(codebook_.groups, groups_, part.codebook->groups);
-      MoveInto(reading_.groupMembers, members_, part.groupMembers);
-      std::move(part.codebook->trees.begin(), part.codebook->trees.end(),
-                std::back_inserter(codebook_.trees));
+      MoveBehind(codebook_.trees, part.codebook->trees);
       auto& last = codebook_.dataDescriptions[dataDescription_].last;
       for (const auto& [element, place] : part.codebook->dataDescriptions.front().last) {
         Codebook::Place& known = last[element];
@@ -89,9 +116,13 @@ class Parts {
       read_[i].use = reading_.use;
       read_[i].codebook = std::make_shared<Codebook>();
       DocumentReader handler(read_[i], scope);
-      XmlParser(namespaces, handler)
-          .ParsePart(std::string_view(codebook_.text).substr(cuts_[i], cuts_[i + 1] - cuts_[i]),
-                     cuts_[i], encoding, scope);
+      const auto text = std::string_view(codebook_.text).substr(cuts_[i], cuts_[i + 1] - cuts_[i]);
+      try {
+        XmlParser(namespaces, handler).ParsePart(text, cuts_[i], encoding, scope);
+      } catch (...) {
+        next_ = read_.size();  // the other parts are of no use now
+        throw;
+      }
     }
   }
 
@@ -101,11 +132,9 @@ class Parts {
   std::vector<CodebookReading> read_;  // of each part
   std::atomic<std::size_t> next_ = 0;  // part to be read
   std::size_t dataDescription_ = 0;
-  // Where what was read of the next part belongs.
+  // How many had been read before the parts.
   std::size_t variables_ = 0;
-  std::size_t readings_ = 0;
   std::size_t groups_ = 0;
-  std::size_t members_ = 0;
   std::vector<std::future<void>> workers_;
 };
 

@@ -33,8 +33,8 @@ using Node = XmlTree::Node;
 constexpr std::size_t kVariablesAtOnce = 2048;
 
 // Writes one document. The changes outside its variables are gathered first, as edits of its text.
-// Then the document goes out in stretches, each with the edits of its variables; as many are made
-// at the same time as the machine has threads.
+// Then the document goes out in stretches, each with the edits of its variables; while one goes
+// out, as many are made as the machine has threads.
 class CodebookWriter {
  public:
   explicit CodebookWriter(const VELA_DataSource::Impl& file)

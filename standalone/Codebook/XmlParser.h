@@ -64,7 +64,7 @@ class XmlParser {
   ~XmlParser();
 
   // What a parser reads at once, in bytes.
-  static constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+  static constexpr std::size_t kMostAtOnce = std::size_t{1} << 29;
 
   // Reads a whole document. Throws XmlError.
   void ParseDocument(std::string_view text);

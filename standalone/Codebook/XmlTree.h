@@ -32,6 +32,8 @@ class XmlTree {
   bool Complete() const { return open_ == kNone && !Empty(); }
 
   std::size_t ElementCount() const { return nodes_.size(); }
+  // The bytes of the texts and attributes.
+  std::size_t TextSize() const { return texts_.size() + attributeTexts_.size(); }
   // The last of the outermost elements.
   Node Root() const { return root_; }
   Element ElementOf(Node node) const { return At(node).element; }
@@ -62,8 +64,8 @@ class XmlTree {
   bool HasEndTag(Node node) const { return At(node).contentEnd != At(node).end; }
 
  private:
-  // A codebook that may be written holds one of these for each element that it reads.
   using Offset = std::uint32_t;  // in texts_ or attributeTexts_
+  // A codebook that may be written holds one of these for each element that it reads.
   struct NodeData {
     Element element;
     Node parent;

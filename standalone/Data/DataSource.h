@@ -70,7 +70,7 @@ struct VELA_DataSource::Impl {
   const velahost::FileProperties& AsRead() const { return before ? *before : now; }
 
   // The column of the variable of that name, without regard to case, or -1. The first call builds
-  // an index; each takes constant time and no heap memory but the index's.
+  // an index; each takes constant time and no heap memory but the index's. Not for several threads.
   int Find(std::string_view name) const;
   // Adds a variable at the end. REQUIRES: no variable has its name.
   void Add(std::unique_ptr<VELA_Variable::Impl> variable);
