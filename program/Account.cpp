@@ -3,9 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <iterator>
+#include <map>
+#include <string_view>
 
 #include "program/Output.h"
 #include "standalone/Data/DataSource.h"
@@ -19,30 +19,19 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kLineWidth = 100;
 
-void AppendNames(std::string& text, const std::vector<const char*>& properties) {
-  const char* separator = "";
-  for (const char* property : properties) {
-    text += separator;
-    text += property;
-    separator = ", ";
-  }
+std::string Names(const std::vector<const char*>& properties) {
+  return fmt::format("{}", fmt::join(properties, ", "));
 }
 
 // How many variables changed in each property.
 void CountProperties(const std::vector<Changes::OfVariable>& changed, std::string& text) {
-  std::array<int, velahost::kPropertyNames.size()> counts = {};
+  std::map<std::string_view, int> counts;
   for (const Changes::OfVariable& variable : changed) {
-    // A variable's properties come in the order of the names.
-    std::size_t i = 0;
-    for (const char* property : variable.properties) {
-      while (std::strcmp(property, velahost::kPropertyNames[i]) != 0) ++i;
-      ++counts[i];
-    }
+    for (const char* property : variable.properties) ++counts[property];
   }
-  for (std::size_t i = 0; i < counts.size(); ++i) {
-    if (counts[i] == 0) continue;
-    fmt::format_to(std::back_inserter(text), "  {:<11}  {:>5}\n", velahost::kPropertyNames[i],
-                   counts[i]);
+  for (const char* property : velahost::kPropertyNames) {
+    if (counts[property] == 0) continue;
+    fmt::format_to(std::back_inserter(text), "  {:<11}  {:>5}\n", property, counts[property]);
   }
 }
 
@@ -54,9 +43,8 @@ void ListVariables(const std::vector<Changes::OfVariable>& changed, std::string&
     width = std::max(width, std::min(WidthOf(variable.variable), kWidestName));
   }
   for (const Changes::OfVariable& variable : changed) {
-    fmt::format_to(std::back_inserter(text), "  {:<{}}  ", Visible(variable.variable), width);
-    AppendNames(text, variable.properties);
-    text += '\n';
+    fmt::format_to(std::back_inserter(text), "  {:<{}}  {}\n", Visible(variable.variable), width,
+                   fmt::join(variable.properties, ", "));
   }
 }
 
@@ -104,9 +92,8 @@ std::string AccountText(const Changes& changes, const std::optional<std::string>
   }
   text += fmt::format("Variables added: {}\n", changes.added.size());
   ListNames(changes.added, text);
-  text += "File-level items changed: ";
-  AppendNames(text, changes.file.empty() ? std::vector<const char*>{"none"} : changes.file);
-  text += '\n';
+  text += fmt::format("File-level items changed: {}\n",
+                      changes.file.empty() ? "none" : Names(changes.file));
   if (written) {
     text += fmt::format("Written to {}\n", Visible(*written));
   } else {

@@ -119,12 +119,15 @@ Json VariableJson(const VELA_Variable::Impl& variable) {
           {"attributes", AttributesJson(now.attributes)}};
 }
 
+std::string Dump(const Json& json) {
+  return json.dump(kIndent, ' ', false, Json::error_handler_t::replace);
+}
+
 // The text of a value, each line behind the first indented to stand so deep in another value.
 std::string TextAt(std::size_t depth, const Json& json) {
-  const std::string text = json.dump(kIndent, ' ', false, Json::error_handler_t::replace);
   std::string indented;
   // A line feed in a string is spelled \n, so each that stands here ends a line.
-  for (const char c : text) {
+  for (const char c : Dump(json)) {
     indented += c;
     if (c == '\n') indented.append(depth * kIndent, ' ');
   }
@@ -133,7 +136,7 @@ std::string TextAt(std::size_t depth, const Json& json) {
 
 }  // namespace
 
-void WriteDictionaryJson(const VELA_DataSource& dataSource, const TextSink& sink) {
+void WriteDictionaryJson(const VELA_DataSource& dataSource, const velahost::ByteSink& sink) {
   const VELA_DataSource::Impl& impl = HostAccess::Of(dataSource);
   sink("{\n  \"file\": " + TextAt(1, FileJson(impl)) + ",\n  \"variables\": [");
   const char* before = "\n    ";
@@ -144,6 +147,6 @@ void WriteDictionaryJson(const VELA_DataSource& dataSource, const TextSink& sink
   sink(impl.variables.empty() ? "]\n}\n" : "\n  ]\n}\n");
 }
 
-std::string JsonText(const nlohmann::ordered_json& json) { return TextAt(0, json) + "\n"; }
+std::string JsonText(const nlohmann::ordered_json& json) { return Dump(json) + "\n"; }
 
 }  // namespace applydic

@@ -30,6 +30,12 @@ inline std::string Replaced(std::string text, std::string_view what, std::string
   return at == std::string::npos ? text : text.replace(at, what.size(), by);
 }
 
+inline std::string Repeated(const std::string& text, int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
 // A folder of its own that goes with this object.
 class Folder {
  public:

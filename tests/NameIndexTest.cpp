@@ -48,12 +48,6 @@ long Allocations() { return allocations; }
 
 namespace {
 
-std::string Repeated(const std::string& text, int count) {
-  std::string all;
-  for (int i = 0; i < count; ++i) all += text;
-  return all;
-}
-
 // A store of numeric variables of those names.
 DEDataStore& StoreOf(velahost::Host& host, const std::vector<std::string>& names) {
   auto impl = std::make_unique<VELA_DataSource::Impl>();

@@ -12,12 +12,6 @@
 
 namespace {
 
-std::string Repeated(const std::string& text, int count) {
-  std::string all;
-  for (int i = 0; i < count; ++i) all += text;
-  return all;
-}
-
 struct Wrong {
   const char* name;
   std::string command;

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string_view>
 #include <thread>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -46,19 +47,14 @@ void MoveBehind(std::vector<Item>& items, std::vector<Item>& others) {
   others.clear();
 }
 
-// Puts what has been read of parts where it stands among the others, of which so many have been
-// read before the parts and the rest behind them. itemsOf gives what is meant of a part.
-template <typename Item, typename ItemsOf>
-void MoveInto(std::vector<Item>& items, std::size_t before, std::vector<CodebookReading>& parts,
-              ItemsOf itemsOf) {
-  const auto first = items.begin() + static_cast<std::ptrdiff_t>(before);
-  std::vector<Item> behind(std::make_move_iterator(first), std::make_move_iterator(items.end()));
-  items.erase(first, items.end());
-  std::size_t count = before + behind.size();
-  for (CodebookReading& part : parts) count += itemsOf(part).size();
-  items.reserve(count);
-  for (CodebookReading& part : parts) MoveBehind(items, itemsOf(part));
-  MoveBehind(items, behind);
+// A list of a reading, or of its codebook.
+template <typename Item>
+std::vector<Item>& ListOf(CodebookReading& reading, std::vector<Item> CodebookReading::*list) {
+  return reading.*list;
+}
+template <typename Item>
+std::vector<Item>& ListOf(CodebookReading& reading, std::vector<Item> Codebook::*list) {
+  return *reading.codebook.*list;
 }
 
 // The parts of one document, while it is read.
@@ -87,20 +83,12 @@ class Parts {
   // Puts what has been read where it stands in the document. Throws XmlError if a part was none.
   void Take() {
     for (std::future<void>& worker : workers_) worker.get();
-    MoveInto(
-        codebook_.variables, variables_, read_,
-        [](CodebookReading & part) -> auto& { return part.codebook->variables; });
-    MoveInto(
-        reading_.variables, variables_, read_,
-        [](CodebookReading & part) -> auto& { return part.variables; });
-    MoveInto(
-        codebook_.groups, groups_, read_,
-        [](CodebookReading & part) -> auto& { return part.codebook->groups; });
-    MoveInto(
-        reading_.groupMembers, groups_, read_,
-        [](CodebookReading & part) -> auto& { return part.groupMembers; });
-    for (CodebookReading& part : read_) {
-      MoveBehind(codebook_.trees, part.codebook->trees);
+    MoveInto(&Codebook::variables, variables_);
+    MoveInto(&CodebookReading::variables, variables_);
+    MoveInto(&Codebook::groups, groups_);
+    MoveInto(&CodebookReading::groupMembers, groups_);
+    MoveInto(&Codebook::trees, codebook_.trees.size());
+    for (const CodebookReading& part : read_) {
       auto& last = codebook_.dataDescriptions[dataDescription_].last;
       for (const auto& [element, place] : part.codebook->dataDescriptions.front().last) {
         Codebook::Place& known = last[element];
@@ -124,6 +112,22 @@ class Parts {
         throw;
       }
     }
+  }
+
+  // Puts what a list of each part holds into that list of the whole, of which so many items have
+  // been read before the parts and the rest behind them.
+  template <typename List>
+  void MoveInto(List list, std::size_t before) {
+    auto& items = ListOf(reading_, list);
+    const auto first = items.begin() + static_cast<std::ptrdiff_t>(before);
+    std::remove_reference_t<decltype(items)> behind(std::make_move_iterator(first),
+                                                    std::make_move_iterator(items.end()));
+    items.erase(first, items.end());
+    std::size_t count = before + behind.size();
+    for (CodebookReading& part : read_) count += ListOf(part, list).size();
+    items.reserve(count);
+    for (CodebookReading& part : read_) MoveBehind(items, ListOf(part, list));
+    MoveBehind(items, behind);
   }
 
   CodebookReading& reading_;

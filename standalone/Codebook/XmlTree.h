@@ -20,7 +20,6 @@ class XmlTree {
   static constexpr Node kNone = -1;
 
   void Clear();
-  bool Empty() const { return nodes_.empty(); }
   // The events, from an element's start to its end. Throws XmlError if there are more than 4 GB of
   // attributes or text.
   void Start(const XmlStart& start);
@@ -29,7 +28,7 @@ class XmlTree {
   // The elements whose text is kept.
   static bool ReadsText(Element element);
   // Whether the end of the last element has come.
-  bool Complete() const { return open_ == kNone && !Empty(); }
+  bool Complete() const { return open_ == kNone && !nodes_.empty(); }
 
   std::size_t ElementCount() const { return nodes_.size(); }
   // The bytes of the texts and attributes.
