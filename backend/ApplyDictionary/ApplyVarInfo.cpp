@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "backend/ApplyDictionary/ApplyDictionarySpec.h"
+#include "backend/ApplyDictionary/ReportCell.h"
 #include "host/Data.h"
 #include "host/Output.h"
 
@@ -15,10 +16,7 @@ namespace {
 
 // Issues a warning in whose text "^1" shows the variable.
 void WarnVariable(const char* text, const VELA_Variable& variable) {
-  BpComposite message(text, true);
-  message.Add(BpVariable(variable, BpVariable::ShowDefault));
-  message.Finish();
-  BpError(message, BpShowMessage, BpLevelTransferWarning);
+  ReportCell<BpVariable>(BpLevelTransferWarning, text, variable, BpVariable::ShowDefault);
 }
 
 bool IsString(const VELA_Variable& variable) { return variable.GetType() != 0; }

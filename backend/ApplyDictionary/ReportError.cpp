@@ -1,5 +1,6 @@
 #include "backend/ApplyDictionary/ReportError.h"
 
+#include "backend/ApplyDictionary/ReportCell.h"
 #include "host/Output.h"
 
 void ReportError(const std::string& text) {
@@ -7,8 +8,5 @@ void ReportError(const std::string& text) {
 }
 
 void ReportErrorArg(const std::string& text, const std::string& argument) {
-  BpComposite message(text, true);
-  message.Add(BpString(argument, false));
-  message.Finish();
-  BpError(message, BpShowMessage, BpLevelError);
+  ReportCell<BpString>(BpLevelError, text, argument, false);
 }
