@@ -26,6 +26,12 @@ std::uint64_t BeginningOf(const char* name) {
   return beginning;
 }
 
+// An entry of the index while it is sorted.
+struct SortedEntry {
+  std::uint64_t beginning;  // of the name
+  std::pair<const char*, unsigned int> entry;
+};
+
 }  // namespace
 
 FastFindDataSource::FastFindDataSource(VELA_DataSource& dataSource)
@@ -57,15 +63,15 @@ bool FastFindDataSource::NameLess::operator()(const std::pair<const char*, unsig
 
 void FastFindDataSource::Data::IndexNames() const {
   const int columnCount = dataSource->ColumnCount();
-  std::vector<std::pair<std::uint64_t, std::pair<const char*, unsigned int>>> sorted;
+  std::vector<SortedEntry> sorted;
   sorted.reserve(static_cast<std::size_t>(columnCount));
   for (int column = 0; column < columnCount; ++column) {
     const char* const name = dataSource->GetVariable(column).GetUpperCaseName();
     sorted.push_back({BeginningOf(name), {name, static_cast<unsigned int>(column)}});
   }
-  std::sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) {
-    return a.first != b.first ? a.first < b.first : NameLess()(a.second, b.second);
+  std::sort(sorted.begin(), sorted.end(), [](const SortedEntry& a, const SortedEntry& b) {
+    return a.beginning != b.beginning ? a.beginning < b.beginning : NameLess()(a.entry, b.entry);
   });
   entries.reserve(sorted.size());
-  for (const auto& [beginning, entry] : sorted) entries.push_back(entry);
+  for (const SortedEntry& next : sorted) entries.push_back(next.entry);
 }
