@@ -57,3 +57,6 @@ struct ApplyDictionarySpec {
   bool varWidth = true;
   ApplyMode varAttributes = ApplyReplace;
 };
+
+// Whether the command selects any variable property besides the label.
+bool SelectsMoreThanLabel(const ApplyDictionarySpec& record);

@@ -174,9 +174,3 @@ void ApplyVarInfo(const VELA_Variable& source, VELA_Variable& target,
   if (record.varWidth) ApplyWidth(source, target);
   ApplyAttributes(source, target, record.varAttributes);
 }
-
-bool SelectsMoreThanLabel(const ApplyDictionarySpec& record) {
-  return record.varAlignment || record.varFormats || record.varLevel || record.varMissing ||
-         record.varRole || record.varWidth || record.varValLabels != ApplyNone ||
-         record.varAttributes != ApplyNone;
-}

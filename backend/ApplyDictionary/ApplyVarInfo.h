@@ -16,6 +16,3 @@ class VELA_Variable;
 // Exceptions of the host pass through; what was applied before stays applied.
 void ApplyVarInfo(const VELA_Variable& source, VELA_Variable& target,
                   const ApplyDictionarySpec& record);
-
-// Whether the command selects any variable property besides the label.
-bool SelectsMoreThanLabel(const ApplyDictionarySpec& record);
