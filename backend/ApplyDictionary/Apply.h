@@ -20,7 +20,7 @@ class VELA_DataSource;
 //
 // record is only read. source is not null, and may be the very data source that is working. With
 // newVars working is a DEDataStore; std::bad_cast is thrown when it must take a variable and is
-// not. The frame is not used. Exceptions of the host pass through, and what was changed stays
-// changed.
+// not. procedure is the open frame, as for Parse; nothing is written to it. Exceptions of the host
+// pass through, and what was changed stays changed.
 void Apply(ApplyDictionarySpec& record, VELA_DataSource& working, const VELA_DataSource* source,
            BpProcedure& procedure);

@@ -44,6 +44,7 @@ void CheckCombinations(const ApplyDictionarySpec& record, const ProcedureDataSou
 
 }  // namespace
 
+// The frame only has to be open: errors find their way to it in the host.
 void Parse(ApplyDictionarySpec& record, BpProcedure& /*procedure*/, const VELA_DataSource& working,
            std::unique_ptr<UserInputCaseFile>& sourceFile, ProcedureDataSource& context) {
   const std::string subcommands[] = {"FROM",     "SOURCE",  "TARGET", "NEWVARS",

@@ -12,7 +12,8 @@ class VELA_DataSource;
 //
 // record holds its defaults before the call. working is the working file's data source. The opened
 // file is put into sourceFile, and belongs to the caller from then on, also when the parse goes on
-// to fail. The frame is not written to.
+// to fail. procedure is the open frame in whose output the errors are shown; it is an argument of
+// the exported signature so that no parse runs without one, and nothing is written to it.
 //
 // Errors are issued at level 3 and do not stop the parse, save those of FROM: without a source
 // nothing else is read or opened. The outcome is context.FatalError(); while it is false sourceFile
