@@ -15,14 +15,14 @@
 
 namespace {
 
-// The names of the variables that one call has added, in upper case. The name index is not told of
-// them, and the host's own look-up may mind letter case.
+// The names of the variables that one call has added, in upper case. The name index does not have
+// them, except that an index of no names is built again and then has the first. The host's own
+// look-up may mind letter case.
 class AddedNames {
  public:
-  void Add(const VELA_Variable& variable) { names_.insert(variable.GetUpperCaseName()); }
-
-  bool Contains(const VELA_Variable& variable) const {
-    return !names_.empty() && names_.contains(variable.GetUpperCaseName());
+  // Notes the variable's name; false when it is there already.
+  bool Note(const VELA_Variable& variable) {
+    return names_.insert(variable.GetUpperCaseName()).second;
   }
 
  private:
@@ -48,10 +48,9 @@ void ApplyToNames(const ApplyDictionarySpec& record, VELA_DataSource& working,
       continue;
     }
     renamed.SetName(name.Text());
-    if (added.Contains(renamed)) continue;
+    if (!added.Note(renamed)) continue;
     renamed.NewID();
     InsertAtEnd(renamed, working);
-    added.Add(renamed);
   }
 }
 
@@ -83,15 +82,13 @@ int PairByName(const ApplyDictionarySpec& record, VELA_DataSource& working,
   int paired = 0;
   for (const int candidate : candidates) {
     const VELA_Variable& variable = source.GetVariable(candidate);
-    if (added.Contains(variable)) continue;
     const int column = index.FindVarIndex(variable.GetName());
     if (column >= 0) {
       ++paired;
       ApplyVarInfo(variable, working.GetVariable(column), record);
-    } else if (record.newVars) {
+    } else if (record.newVars && added.Note(variable)) {
       ++paired;
       InsertAtEnd(variable, working);
-      added.Add(variable);
     }
   }
   return paired;
