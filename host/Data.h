@@ -231,8 +231,8 @@ class VELA_DataSource {
   // the data source, insertions included.
   const VELA_Variable& GetVariable(int column) const;
   VELA_Variable& GetVariable(int column);
-  // The column of the variable of that name, or -1. The library passes 0 for the mode and does not
-  // rely on the treatment of letter case.
+  // The column of the variable of that name, or -1. The library passes 0 for the mode. Whether
+  // letter case counts is the host's choice: see DEDataStore::InsertVariable.
   int FindVarIndex(const char* name, int mode) const;
   // The position of the column's value in the case record, from 0.
   int ObsIndex(int column) const;
@@ -276,7 +276,10 @@ class DEDataStore : public VELA_DataSource {
 
   // Inserts a copy of the variable as a new column. Every other variable, the text of every name
   // and every pointer into them stays valid. The library inserts only at the end, a position equal
-  // to ColumnCount(), and never two variables of one name, in whatever case.
+  // to ColumnCount(), and inserts no name twice in a run, in whatever case. With NEWVARS, SOURCE
+  // and TARGET it inserts each name that FindVarIndex does not find. So where FindVarIndex minds
+  // letter case, the store may have the name in another case. A store that does not keep both
+  // throws an ErrorText.
   void InsertVariable(unsigned int position, const VELA_Variable& variable);
 };
 

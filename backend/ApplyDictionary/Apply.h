@@ -9,14 +9,14 @@ class VELA_DataSource;
 // and then applies the file-level items.
 //
 // Variables are paired in one of three forms:
-// - with targetNames, the first source variable onto each name; a name that the working file lacks
-//   becomes a new variable like it;
+// - with targetNames, the first source variable onto each name; a name that the host's look-up does
+//   not find in the working file becomes a new variable like it;
 // - with sourceVars and targetVars, the first source variable onto each target, whatever its name;
 // - otherwise by name without regard to case: sourceVars, or else targetVars, or else all variables
 //   of the source. Those without a namesake are added with newVars, and else passed over in
 //   silence. When nothing was paired though a property is selected, a warning of level 2 is issued.
 //
-// No two variables of one name are added: the second is passed over in silence.
+// No two variables of one name are added, in whatever case: the second is passed over in silence.
 //
 // record is only read. source is not null, and may be the very data source that is working. With
 // newVars working is a DEDataStore; std::bad_cast is thrown when it must take a variable and is
