@@ -89,6 +89,11 @@ class VelaVarName;
 // One subcommand, read as keywords with values.
 class KeywordSubcommand {
  public:
+  // What Value gives where the user gave no value. The blank in front sets these two apart: no
+  // value of the user's may read as one of them.
+  static constexpr const char* ValueAbsent = " NO";  // the keyword does not occur
+  static constexpr const char* ValueBare = " YES";   // it occurs without a value
+
   // Opens the named subcommand, present or not, with its keyword table.
   // REQUIRES: the command and the table outlive this object.
   KeywordSubcommand(ParsedCommand& command, const std::string& name, const std::string* keywords);
@@ -103,8 +108,7 @@ class KeywordSubcommand {
   // Not zero when the keyword is named in the subcommand, with or without a value. The keyword is
   // spelled as in the table.
   int Tokens(const std::string& keyword) const;
-  // What the user gave as the keyword's value, or one of two reserved texts, each with its leading
-  // blank: " NO" when the keyword does not occur, " YES" when it occurs without a value.
+  // What the user gave as the keyword's value, or ValueAbsent or ValueBare.
   std::string Value(const std::string& keyword);
 
   // The variables that the subcommand lists: columns in the data source, from 0, in list order.

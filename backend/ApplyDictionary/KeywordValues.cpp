@@ -5,11 +5,6 @@
 
 namespace {
 
-// The values that the host gives for what the user cannot write: the blank in front sets them
-// apart.
-constexpr const char* kAbsent = " NO";
-constexpr const char* kWithoutValue = " YES";
-
 // Issues an error about a keyword's value; the two fill "^1" and "^2".
 void ReportValue(const std::string& text, const std::string& first, const std::string& second) {
   BpComposite message(text, true);
@@ -23,8 +18,8 @@ void ReportValue(const std::string& text, const std::string& first, const std::s
 
 bool KeywordFlag(KeywordSubcommand& subcommand, const std::string& keyword) {
   const std::string value = subcommand.Value(keyword);
-  if (value == kAbsent) return false;
-  if (value == kWithoutValue) return true;
+  if (value == KeywordSubcommand::ValueAbsent) return false;
+  if (value == KeywordSubcommand::ValueBare) return true;
   ReportValue("No value expected after keyword ^1. Found ^2...", keyword, value);
   return true;
 }
@@ -32,8 +27,8 @@ bool KeywordFlag(KeywordSubcommand& subcommand, const std::string& keyword) {
 ApplyMode KeywordMode(KeywordSubcommand& subcommand, const std::string& keyword,
                       ApplyMode bareMode) {
   const std::string value = subcommand.Value(keyword);
-  if (value == kAbsent) return ApplyNone;
-  if (value == kWithoutValue) return bareMode;
+  if (value == KeywordSubcommand::ValueAbsent) return ApplyNone;
+  if (value == KeywordSubcommand::ValueBare) return bareMode;
   if (KeywordMatch(value.c_str(), "MERGE")) return ApplyMerge;
   if (KeywordMatch(value.c_str(), "REPLACE")) return ApplyReplace;
   // The value comes first here, the keyword second.

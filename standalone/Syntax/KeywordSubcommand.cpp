@@ -21,8 +21,8 @@ namespace {
 constexpr const char* kVariables = "VARIABLES";
 
 // What Value gives for a keyword that is absent, or stands without a value.
-constexpr const char* kAbsent = " NO";
-constexpr const char* kWithoutValue = " YES";
+constexpr const char* kAbsent = KeywordSubcommand::ValueAbsent;
+constexpr const char* kWithoutValue = KeywordSubcommand::ValueBare;
 
 struct GivenKeyword {
   std::string keyword;  // as in the table
