@@ -80,8 +80,8 @@ void BpError(const BpCellText& cell, BpErrorShow show, BpErrorLevel level);
 
 // The procedure's frame in the output: opened by construction, closed by destruction. The library
 // opens one for each run, first of all host operations but the record's construction, with the
-// title "Apply Dictionary" and the kind 2, and closes it after everything else of the run is
-// released.
+// title "Apply Dictionary" and the kind 2, and closes it when everything else of the run is
+// released but the record.
 class BpProcedure {
  public:
   BpProcedure(std::string title, int kind);

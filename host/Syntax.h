@@ -8,9 +8,10 @@ class VELA_DataSource;
 
 // The host's syntax: the command that is being run, split into subcommands, keywords and tokens.
 //
-// The host has read the command before it calls applydic_. Errors that the host finds itself (an
-// unknown subcommand, an unknown variable) it issues itself, with a level that sets the fatal-error
-// state; the library then goes on reading and the run ends after the parse.
+// The host has read the command before it calls applydic_. Errors that the host finds itself it
+// issues itself, with a level that sets the fatal-error state. The library reads FROM in any case.
+// With an error by then, such as an unknown subcommand, the run ends there. After a later error,
+// such as an unknown variable, the library reads on, and the run ends after the parse.
 //
 // A keyword table, like the table of subcommands, is an array of upper-case, unabbreviated texts
 // ended by an empty one. The library keeps it alive and unchanged as long as the object that it was
