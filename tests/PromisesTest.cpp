@@ -1,6 +1,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <utility>
 
@@ -15,8 +16,16 @@
 
 namespace {
 
-bool mindsCase = false;  // of the look-up by name
-std::string calls;       // on messages, as far as they were built
+bool mindsCase = false;            // of the look-up by name
+bool hasSource = true;             // of a source file: whether it has a data source
+std::string calls;                 // on messages, as far as they were built
+std::set<std::string> operations;  // whose arguments were looked at
+
+// Expects of an argument that it is as promised.
+void Expect(const char* operation, bool asPromised) {
+  EXPECT_TRUE(asPromised) << operation;
+  operations.insert(operation);
+}
 
 template <typename Operation>
 Operation* OfHost(const char* symbol) {
@@ -26,7 +35,7 @@ Operation* OfHost(const char* symbol) {
 }  // namespace
 
 int VELA_DataSource::FindVarIndex(const char* name, int mode) const {
-  EXPECT_EQ(mode, 0);
+  Expect("FindVarIndex", mode == 0);
   static auto* const find = OfHost<int(const VELA_DataSource*, const char*, int)>(
       "_ZNK15VELA_DataSource12FindVarIndexEPKci");
   const int column = find(this, name, mode);
@@ -35,24 +44,44 @@ int VELA_DataSource::FindVarIndex(const char* name, int mode) const {
 }
 
 bool UserCaseFileSpec::Init(const TokenSequenceBase& tokens, bool flag) {
-  EXPECT_FALSE(flag);
+  Expect("Init", !flag);
   static auto* const init = OfHost<bool(UserCaseFileSpec*, const TokenSequenceBase&, bool)>(
       "_ZN16UserCaseFileSpec4InitERK17TokenSequenceBaseb");
   return init(this, tokens, flag);
 }
 
 bool DatasourceAttributes::Merge(const DatasourceAttributes& other, bool flag) {
-  EXPECT_TRUE(flag);
+  Expect("Merge", flag);
   static auto* const merge = OfHost<bool(DatasourceAttributes*, const DatasourceAttributes&, bool)>(
       "_ZN20DatasourceAttributes5MergeERKS_b");
   return merge(this, other, flag);
 }
 
 void ProcedureDataSource::ActiveDataSource(VELA_DataSource& dataSource, bool first, bool second) {
-  EXPECT_TRUE(!first && second);
+  Expect("ActiveDataSource", !first && second);
   static auto* const activate = OfHost<void(ProcedureDataSource*, VELA_DataSource&, bool, bool)>(
       "_ZN19ProcedureDataSource16ActiveDataSourceER15VELA_DataSourcebb");
   activate(this, dataSource, first, second);
+}
+
+void SetActiveDataSource(VELA_DataSource* store, int mode) {
+  Expect("SetActiveDataSource", mode == 1);
+  static auto* const set =
+      OfHost<void(VELA_DataSource*, int)>("_Z19SetActiveDataSourceP15VELA_DataSourcei");
+  set(store, mode);
+}
+
+std::string VariableSet::GetName(ChangeCase changeCase) const {
+  Expect("GetName", changeCase == AsStored);
+  static auto* const get = OfHost<std::string(const VariableSet*, ChangeCase)>(
+      "_ZNK11VariableSet7GetNameB5cxx11ENS_10ChangeCaseE");
+  return get(this, changeCase);
+}
+
+VELA_DataSource* UserInputCaseFile::DataSource() {
+  static auto* const get =
+      OfHost<VELA_DataSource*(UserInputCaseFile*)>("_ZN17UserInputCaseFile10DataSourceEv");
+  return hasSource ? get(this) : nullptr;
 }
 
 #define STRING_NAME "NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE"
@@ -76,15 +105,36 @@ void MakeComposite(BpComposite* made, const std::string& text, bool isMessage) {
   make(made, text, isMessage);
 }
 
+extern "C" void MakeVariable(
+    BpVariable* made, const VELA_Variable& variable,
+    BpVariable::Show show) asm("_ZN10BpVariableC1ERK13VELA_VariableNS_4ShowE");
+void MakeVariable(BpVariable* made, const VELA_Variable& variable, BpVariable::Show show) {
+  Expect("BpVariable", show == BpVariable::ShowDefault);
+  static auto* const make = OfHost<void(BpVariable*, const VELA_Variable&, BpVariable::Show)>(
+      "_ZN10BpVariableC1ERK13VELA_VariableNS_4ShowE");
+  make(made, variable, show);
+}
+
+extern "C" void MakeProcedure(BpProcedure* made, std::string* title,
+                              int kind) asm("_ZN11BpProcedureC1E" STRING_NAME "i");
+void MakeProcedure(BpProcedure* made, std::string* title, int kind) {
+  Expect("BpProcedure", *title == "Apply Dictionary" && kind == 2);
+  static auto* const make =
+      OfHost<void(BpProcedure*, std::string*, int)>("_ZN11BpProcedureC1E" STRING_NAME "i");
+  make(made, title, kind);
+}
+
 namespace {
 
 constexpr const char* kWorking =
-    "<codeBook><dataDscr><var name='a'/><var name='b'><catgry><catValu>y</catValu><labl>Y</labl>"
+    "<codeBook><dataDscr><varGrp name='g'/><var name='a'/><var "
+    "name='b'><catgry><catValu>y</catValu><labl>Y</labl>"
     "</catgry><varFormat type='character' formatname='A8'/></var><var name='c'/></dataDscr>"
     "</codeBook>";
 constexpr const char* kSource =
     "<codeBook><fileDscr><notes type='VELA:attribute' subject='x'>1</notes></fileDscr><dataDscr>"
-    "<var name='A'><notes type='VELA:attribute' subject='x'>1</notes></var><var name='B' "
+    "<varGrp name='h'/><var name='A'><notes type='VELA:attribute' subject='x'>1</notes></var><var "
+    "name='B' "
     "wgt='wgt'><catgry><catValu>x</catValu><labl>X</labl></catgry>"
     "<varFormat type='character' formatname='A9'/></var><var name='C'><varFormat "
     "type='character'/></var></dataDscr></codeBook>";
@@ -127,9 +177,23 @@ TEST_F(Promises, TellWhichTextsAreMessages) {
 }
 
 TEST_F(Promises, HoldOfArgumentsThatAreAlwaysTheSame) {
-  Run("FROM SRC /NEWVARS /VARINFO ATTRIBUTES=MERGE /FILEINFO ATTRIBUTES=MERGE WEIGHT");
-  EXPECT_EQ(hosted_.Json()["file"]["attributes"].size(), 1U);
-  EXPECT_EQ(hosted_.Json()["file"]["weight"], "b");
+  operations.clear();
+  Run("FROM SRC /NEWVARS /VARINFO ATTRIBUTES=MERGE /FILEINFO ALL");
+  EXPECT_EQ(operations,
+            (std::set<std::string>{"ActiveDataSource", "BpProcedure", "BpVariable", "FindVarIndex",
+                                   "GetName", "Init", "Merge", "SetActiveDataSource"}));
+}
+
+TEST_F(Promises, ReadNoListAndChangeNothingOfASourceWithoutADataSource) {
+  const auto before = hosted_.Json();
+  const auto& diagnostics = hosted_.host.diagnostics.All();
+  hasSource = false;
+  Run("FROM SRC /SOURCE VARIABLES=no /TARGET VARIABLES=no /NEWVARS");
+  EXPECT_TRUE(diagnostics.empty());
+  Run("FROM SRC /SOURCE VARIABLES=no /VARINFO VALLABELS=X");
+  EXPECT_EQ(diagnostics.size(), 1U) << "the parse goes on";
+  hasSource = true;
+  EXPECT_EQ(hosted_.Json(), before);
 }
 
 TEST_F(Promises, BeginEveryPassAndReadNoListThatIsNotThere) {
@@ -145,10 +209,14 @@ TEST_F(Promises, BeginEveryPassAndReadNoListThatIsNotThere) {
 }
 
 TEST_F(Promises, AddANameOnceAlsoWhereLetterCaseCounts) {
+  const auto& diagnostics = hosted_.host.diagnostics.All();
   mindsCase = true;
   Run("FROM SRC /NEWVARS /SOURCE VARIABLES=A /TARGET VARIABLES=New new NEW");
+  EXPECT_TRUE(diagnostics.empty());
+  Run("FROM SRC /NEWVARS /SOURCE VARIABLES=A /TARGET VARIABLES=A");
   mindsCase = false;
-  EXPECT_TRUE(hosted_.host.diagnostics.All().empty());
+  ASSERT_EQ(diagnostics.size(), 1U) << "the store has it in another case, and refuses";
+  EXPECT_EQ(diagnostics[0].level, BpLevelFailure);
   const auto variables = hosted_.Json()["variables"];
   ASSERT_EQ(variables.size(), 4U) << variables;
   EXPECT_EQ(variables[3]["name"], "New");
