@@ -29,6 +29,8 @@ const Words kCalls = {{"UserCaseFileSpec::UserCaseFileSpec", "+record"},
                       {"SetActiveDataSource", "setActive"},
                       {"DEDataStore::InsertVariable", "insert"},
                       {"VELA_Variable::SetLabel", "label"},
+                      {"VELA_Variable::SetName", "name"},
+                      {"VELA_Variable::NewID", "newId"},
                       {"VELA_FortranDictionary::ReIndex", "reIndex"},
                       {"ProcedureDataSource::ActiveDataSource", "active"},
                       {"BpError", "error"}};
@@ -56,7 +58,8 @@ constexpr const char* kWorking =
     "<labl>b</labl></catgry></var></dataDscr></codeBook>";
 constexpr const char* kSource =
     "<codeBook><dataDscr><var name='W' wgt='wgt'/><var name='A'><labl>L</labl><catgry><catValu>1"
-    "</catValu><labl>one</labl></catgry></var><var name='N'/></dataDscr></codeBook>";
+    "</catValu><labl>one</labl></catgry></var><var "
+    "name='N'><labl>N</labl></var></dataDscr></codeBook>";
 
 // A hosted in a folder with a source.
 struct Runner : Folder {
@@ -113,10 +116,14 @@ const std::string kStore = "+store setActive dictionary ";
 const Ordering kOrderings[] = {
     {"ByName", "FROM SRC", kOpened + "label " + kClosed},
     {"WorkingFile", "FROM * /VARINFO WIDTH", kOpened + kClosed},
-    {"NewVars", "FROM SRC /NEWVARS", kOpened + kStore + "label insert reIndex active " + kClosed},
+    {"NewVars", "FROM SRC /NEWVARS /SOURCE VARIABLES=N A N",
+     kOpened + kStore + "insert label reIndex active " + kClosed},
+    {"NewNames", "FROM SRC /NEWVARS /SOURCE VARIABLES=A /TARGET VARIABLES=x a y",
+     kOpened + kStore + "name newId insert label name newId insert reIndex active " + kClosed},
     {"NewVarsOfAStore", "FROM SRC /NEWVARS.\nFROM SRC /NEWVARS",
-     kOpened + "label reIndex active " + kClosed},
-    {"WithoutNewVarsAStoreStays", "FROM SRC /NEWVARS.\nFROM SRC", kOpened + "label " + kClosed},
+     kOpened + "label label reIndex active " + kClosed},
+    {"WithoutNewVarsAStoreStays", "FROM SRC /NEWVARS.\nFROM SRC",
+     kOpened + "label label " + kClosed},
     {"FromMissing", "NEWVARS", kStart + "error -command -context -frame -record"},
     {"ParseFails", "FROM SRC /VARINFO VALLABELS=X /NEWVARS",
      kStart + "+file error -command " + kClosed},
@@ -158,35 +165,6 @@ TEST(Run, HandsTheStoreOverBeforeItStandsInTheDictionary) {
   EXPECT_EQ(host.active, &host.Working());
   EXPECT_NE(dynamic_cast<DEDataStore*>(&host.Working()), nullptr);
   EXPECT_EQ(host.reIndexed, 1);
-}
-
-TEST(Run, ReadsTheSubcommandsInItsOwnOrder) {
-  Runner run;
-  run("TARGET X /SOURCE X /NEWVARS X /VARINFO X /FILEINFO X /FROM SRC");
-  std::vector<std::string> order;
-  for (const auto& diagnostic : run.Host().diagnostics.All()) {
-    order.push_back(diagnostic.arguments.at(1));
-  }
-  EXPECT_EQ(order,
-            (std::vector<std::string>{"FILEINFO", "VARINFO", "NEWVARS", "SOURCE", "TARGET"}));
-}
-
-TEST(Run, TouchesNoDataSourceAfterAFailedParse) {
-  Runner run;
-  const Watch watch([](const std::string& operation) {
-    EXPECT_FALSE(operation.starts_with("VELA_Data") || operation.starts_with("VELA_Var"))
-        << operation;
-  });
-  run("FROM * /VARINFO VALLABELS=X");
-}
-
-TEST(Run, TellsTheLegacyDictionaryThePositionFromOne) {
-  Runner run;
-  run("FROM SRC /FILEINFO FILELABEL");
-  EXPECT_EQ(run.Host().legacyWeight, 0);
-  run("FROM SRC /VARINFO WIDTH");
-  EXPECT_EQ(run.Host().legacyWeight, 2);
-  EXPECT_EQ(run.Host().Working().GetWeightVarIndex(), 1);
 }
 
 TEST(RunDeathTest, AssertsADictionary) {
