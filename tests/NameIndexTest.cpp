@@ -12,25 +12,12 @@
 
 namespace {
 
-// How often memory was taken, from the first call of Allocations on.
+// How often memory was taken.
 std::atomic<long> allocations = 0;
 
 }  // namespace
 
-#if defined(__SANITIZE_ADDRESS__)
-// The sanitizer's own operators stay: they see more than a count.
-extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*taken)(const volatile void*,
-                                                                       std::size_t),
-                                                         void (*freed)(const volatile void*));
-namespace {
-long Allocations() {
-  static const int hooks = __sanitizer_install_malloc_and_free_hooks(
-      [](const volatile void*, std::size_t) { ++allocations; }, [](const volatile void*) {});
-  EXPECT_NE(hooks, 0);
-  return allocations;
-}
-}  // namespace
-#else
+#if !defined(__SANITIZE_ADDRESS__)  // whose own operators see more than a count
 // Not inlined: the compiler would see one half of a pair and warn that free does not match new.
 [[gnu::noinline]] void* operator new(std::size_t size) {
   ++allocations;
@@ -41,9 +28,6 @@ long Allocations() {
 [[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
   std::free(memory);
 }
-namespace {
-long Allocations() { return allocations; }
-}  // namespace
 #endif
 
 namespace {
@@ -141,6 +125,9 @@ TEST(NameIndex, OfAnEmptyDataSourceFindsNothing) {
 }
 
 TEST(NameIndex, LooksUpWithoutHeapMemory) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "nothing is counted";
+#endif
   std::vector<std::string> names;
   names.reserve(1000);
   for (int i = 0; i < 1000; ++i) names.push_back("Variable_" + std::to_string(i) + kTwo);
@@ -148,16 +135,15 @@ TEST(NameIndex, LooksUpWithoutHeapMemory) {
   DEDataStore& store = StoreOf(host, names);
   const FastFindDataSource index(store);
   const std::string tooLong(1000, 'x');
-  Allocations();
-  const long before = Allocations();
+  const long before = allocations;
   EXPECT_EQ(index.FindVarIndex("VARIABLE_0\u00C9"), 0);
-  const long built = Allocations();
+  const long built = allocations;
   EXPECT_GT(built, before) << "nothing is counted";
   EXPECT_LE(built - before, 2) << "the entries and what sorts them are made in one piece each";
   int found = 0;
   for (const std::string& name : names) found += index.FindVarIndex(name.c_str()) >= 0 ? 1 : 0;
   found += index.FindVarIndex(tooLong.c_str());
-  EXPECT_EQ(Allocations(), built);
+  EXPECT_EQ(allocations, built);
   EXPECT_EQ(found, 1000 - 1);
 }
 
