@@ -9,18 +9,17 @@
 // Data sources and their variables: the dictionaries that the library reads and changes.
 //
 // A data source is a dictionary of variables, addressed by column from 0, with file-level
-// information. The working file is one and the source file is one; they may be the same object, so
-// every operation that sets something must be safe when it is given what the same object's reading
-// operation returned. The library runs on one thread and nothing else may change its data sources
-// meanwhile.
+// information. The working file is one and the source file is one. They may be the same object, so
+// every setting operation must accept what the reading operation of the same object returned. The
+// library runs on one thread. Nothing else may change its data sources during a run.
 //
 // A column of -1 means that there is no such variable. Texts are zero-terminated. A pointer or
 // reference that a reading operation returns lives until that property of that object is set, or
-// the object is destroyed. What each class is made of is the host's business: `Impl` is the host's
-// to define, and HostAccess the host's to reach it by.
+// the object is destroyed. The host defines what each class is made of (`Impl`), and may reach it
+// through HostAccess.
 
-// A value cell. The host never shows what it holds save for a string value of width w: there the
-// address is that of the first of its w bytes, filled with blanks on the right.
+// A value cell. Only a string value shows what it holds: the address of a value of width w is that
+// of the first of its w bytes, filled with blanks on the right.
 struct OBS;
 
 class HostAccess;
@@ -42,12 +41,12 @@ class VELA_VLImplPointer {
   std::shared_ptr<VELA_VLImpl> set_;
 };
 
-// A view of a set of value labels with a cursor. It keeps the set alive. A set is never changed for
-// anyone else: the first AddPair through a view gives the view a set of its own.
+// A view of a set of value labels with a cursor. It keeps the set alive. It never changes the set
+// for others: the first AddPair through a view gives the view a set of its own.
 class VELA_ValueLabelMap {
  public:
-  // A view of the handle's set, with the cursor before the first pair; of a null handle an empty
-  // one.
+  // Views the handle's set, with the cursor before the first pair. A null handle gives an empty
+  // view.
   explicit VELA_ValueLabelMap(const VELA_VLImplPointer& set);
   VELA_ValueLabelMap(const VELA_ValueLabelMap&) = delete;
   VELA_ValueLabelMap& operator=(const VELA_ValueLabelMap&) = delete;
@@ -55,20 +54,21 @@ class VELA_ValueLabelMap {
 
   // The number of pairs.
   int Size() const;
-  // The type of the set's values: 0 numeric, else their width in bytes.
+  // The type of the set's values: 0 for numbers, otherwise the width of the strings in bytes.
   int Type() const;
   // Puts the cursor before the first pair.
   void Reset();
-  // The next pair; 0 when there is none left. The pointers live as long as the set is unchanged.
+  // Gives the next pair and returns not zero, or returns 0 when none is left. The pointers live as
+  // long as the set is unchanged.
   int GetNextPair(const OBS*& value, const char*& label) const;
-  // The same with the value of a string set as its Type() bytes. REQUIRES: a set of strings.
+  // Does the same and gives the value as its Type() bytes. REQUIRES: a set of strings.
   int GetNextPair(std::string& value, const char*& label) const;
-  // The label of a value of the set's type; null when it has none. The cursor stays.
+  // The label of a value of the set's type; null when it has none. Does not move the cursor.
   const char* GetLabel(const OBS* value) const;
-  // Adds a pair at the end; the value, of the set's type, is copied.
+  // Adds a pair at the end. Copies the value, which has the set's type.
   // REQUIRES: the set has no label for the value, and has a pair already.
   void AddPair(const OBS* value, std::string label);
-  // The handle of the set as it is now; it lives as long as this object.
+  // The handle of the set as it is now. It lives as long as this object.
   operator VELA_VLImplPointer&();
 
  private:
@@ -76,17 +76,17 @@ class VELA_ValueLabelMap {
   std::unique_ptr<Impl> impl_;
 };
 
-// A value re-expressed at another type of the same kind: a number as it is, a string filled with
+// A value converted to another type of the same kind: a number as it is, a string filled with
 // blanks or cut to the width. It owns the converted value.
 class ObsValue {
  public:
-  // The value, of type valueType, at type. The value is copied.
+  // Copies the value, which has the type valueType, and converts the copy to the type.
   ObsValue(int type, const OBS* value, int valueType);
   ObsValue(const ObsValue&) = delete;
   ObsValue& operator=(const ObsValue&) = delete;
   ~ObsValue();
 
-  // The converted value; it lives as long as this object.
+  // The converted value. It lives as long as this object.
   operator const OBS*() const;
 
  private:
@@ -94,7 +94,7 @@ class ObsValue {
   std::unique_ptr<Impl> impl_;
 };
 
-// A set of custom attributes, of a variable or of a file; a value.
+// A set of custom attributes of a variable or of a file; a value.
 class DatasourceAttributes {
  public:
   DatasourceAttributes();
@@ -104,11 +104,11 @@ class DatasourceAttributes {
 
   // The number of attributes.
   int Size() const;
-  // Merges the other set into this one and returns whether this one changed. Which set wins where
-  // both have an attribute is the host's; the library always passes true for the flag.
+  // Merges the other set into this one and returns whether this one changed. The host decides which
+  // set wins where both have an attribute. The library always passes true for the flag.
   bool Merge(const DatasourceAttributes& other, bool flag);
 
-  struct Impl;  // the host's own, as is the constructor from it
+  struct Impl;  // the host's own, like the constructor from it
   explicit DatasourceAttributes(std::unique_ptr<Impl> impl);
 
  private:
@@ -116,8 +116,8 @@ class DatasourceAttributes {
   std::unique_ptr<Impl> impl_;
 };
 
-// Enumerations of a variable's properties. The library copies their values and knows only one of
-// them: the level that stands for none.
+// Enumerations of a variable's properties. The library copies their values. It knows only one of
+// them: the level that means none.
 struct VELA_Variable_Enumerations {
   enum MeasurementLevel : int { NoLevel = 0 };  // further values are the host's
   enum Role : int;
@@ -133,21 +133,21 @@ class VELA_Variable {
         2,  // two characters for each byte of the string; further types are the host's
   };
 
-  // An independent copy: naming it or giving it an identity leaves the other as it is.
+  // Makes an independent copy: a new name or identity of the copy does not change the other.
   VELA_Variable(const VELA_Variable& other);
   VELA_Variable& operator=(const VELA_Variable&) = delete;
   ~VELA_Variable();
 
-  // The name as the file spells it.
+  // The name, spelled as in the file.
   const char* GetName() const;
   // The name in upper case, by the same rule as VELAMBstrupr_A.
   const char* GetUpperCaseName() const;
-  // Renames the variable; the name is cut as names in a file are.
+  // Renames the variable. Cuts the name to the length that names in a file have.
   void SetName(const char* name);
   // Gives the variable an identity of its own, which no other variable has.
   void NewID();
 
-  // 0 for a numeric variable, else the width of the string in bytes. It never changes.
+  // 0 for a numeric variable, otherwise the width of the string in bytes. It never changes.
   int GetType() const;
 
   // The label; null when there is none.
@@ -160,21 +160,22 @@ class VELA_Variable {
 
   // The print format: its type, its width in characters and its decimals.
   void GetFormat(FormatType& type, int& width, int& decimals) const;
-  // REQUIRES of a string variable: the width is its own, or twice that for FormatHexString.
+  // Sets it. REQUIRES: for a string variable the width is its own, or twice that with
+  // FormatHexString.
   void SetFormat(FormatType type, int width, int decimals);
-  // The write format, likewise.
+  // The write format, in the same way.
   void GetWriteFormatEx(FormatType& type, int& width, int& decimals) const;
   void SetWriteFormat(FormatType type, int width, int decimals);
 
   VELA_Variable_Enumerations::MeasurementLevel GetMeasurementLevel() const;
   void SetMeasurementLevel(VELA_Variable_Enumerations::MeasurementLevel level);
 
-  // The missing values: returns the count n, |n| at most 3, and sets the first |n| pointers. What a
-  // negative count says is the host's.
+  // The missing values: returns the count n, |n| at most 3, and sets the first |n| pointers. The
+  // host decides what a negative count means.
   int GetMissingValues(const OBS*& first, const OBS*& second, const OBS*& third) const;
-  // Sets them to what GetMissingValues of a variable of the same kind gave: the count as it was,
-  // the values copied. Their width is not told: the host finds it in its value cells. Of a wider
-  // string at most trailing blanks are lost; the library has tested that.
+  // Sets them to what GetMissingValues of a variable of the same kind gave. Takes the count as it
+  // is and copies the values. The host finds their width in its value cells, for the library does
+  // not tell it. The library has tested that a wider string loses at most trailing blanks.
   void SetMissingValues(int count, const OBS* first, const OBS* second, const OBS* third);
 
   VELA_Variable_Enumerations::Role GetRole() const;
@@ -182,8 +183,9 @@ class VELA_Variable {
 
   // The handle of the value labels; null when there are none.
   const VELA_VLImplPointer& GetValueLabels() const;
-  // Makes the set the variable's. Sets of the variable's type are shared by their handle; a set of
-  // strings of another width is held at the variable's own, where at most trailing blanks are lost.
+  // Makes the set the variable's. A set of the variable's type is shared by its handle. A set of
+  // strings of another width is kept at the variable's own; the library has tested that its values
+  // lose at most trailing blanks.
   void SetValueLabels(const VELA_VLImplPointer& set);
 
   // The column width for display, in characters; 0 when there is none.
@@ -194,7 +196,7 @@ class VELA_Variable {
   // Replaces the attributes by a copy of the set.
   void SetAttributes(const DatasourceAttributes& attributes);
 
-  struct Impl;  // the host's own, as is the constructor from it
+  struct Impl;  // the host's own, like the constructor from it
   explicit VELA_Variable(std::unique_ptr<Impl> impl);
 
  private:
@@ -205,11 +207,11 @@ class VELA_Variable {
 // A data source: the dictionary of a file.
 class VELA_DataSource {
  public:
-  // A numbered block of information that a data source carries besides its variables; a value.
-  // Block 0 holds the documents.
+  // A numbered block of information that a data source has beside its variables; a value. Block 0
+  // holds the documents.
   class Extension {
    public:
-    // A copy of the data source's block. REQUIRES: dataSource.HasExtension(number).
+    // Copies the data source's block. REQUIRES: dataSource.HasExtension(number).
     Extension(const VELA_DataSource& dataSource, int number);
     Extension(const Extension& other);
     Extension& operator=(const Extension&) = delete;
@@ -227,12 +229,12 @@ class VELA_DataSource {
 
   // The number of variables.
   int ColumnCount() const;
-  // The variable at a column. REQUIRES: 0 <= column < ColumnCount(). The reference lives as long as
-  // the data source, insertions included.
+  // The variable at a column. The reference lives as long as the data source, also when variables
+  // are inserted. REQUIRES: 0 <= column < ColumnCount().
   const VELA_Variable& GetVariable(int column) const;
   VELA_Variable& GetVariable(int column);
-  // The column of the variable of that name, or -1. The library passes 0 for the mode. Whether
-  // letter case counts is the host's choice: see DEDataStore::InsertVariable.
+  // The column of the variable of that name, or -1. The library always passes 0 for the mode. The
+  // host decides whether letter case counts: see DEDataStore::InsertVariable.
   int FindVarIndex(const char* name, int mode) const;
   // The position of the column's value in the case record, from 0.
   int ObsIndex(int column) const;
@@ -255,7 +257,7 @@ class VELA_DataSource {
   // Replaces the numbered block.
   void SetExtension(int number, Extension extension);
 
-  struct Impl;  // the host's own, as is the constructor from it
+  struct Impl;  // the host's own, like the constructor from it
   explicit VELA_DataSource(std::unique_ptr<Impl> impl);
 
  private:
@@ -263,14 +265,14 @@ class VELA_DataSource {
   std::unique_ptr<Impl> impl_;
 };
 
-// A data source that takes new variables. The working file is made one before the library inserts
-// anything; it is told apart from other data sources at run time.
+// A data source that takes new variables. The library makes the working file one before it inserts
+// anything. It tells a store from other data sources at run time.
 class DEDataStore : public VELA_DataSource {
  public:
-  // A store over the data source, with its variables and file-level information as they are now;
-  // the data source stays as it is and is not owned. The library creates the store on the heap and
-  // hands it over: the host owns it from its construction on and destroys it when it is no longer
-  // the working data source of any run.
+  // Makes a store over the data source, with its variables and file-level information as they are
+  // now. The data source stays as it is, and the store does not own it. The library creates the
+  // store on the heap. The host owns it from its construction on, and destroys it when it is no
+  // longer the working data source of any run.
   explicit DEDataStore(const VELA_DataSource* base);
   ~DEDataStore() override;
 
@@ -278,8 +280,8 @@ class DEDataStore : public VELA_DataSource {
   // and every pointer into them stays valid. The library inserts only at the end, a position equal
   // to ColumnCount(), and inserts no name twice in a run, in whatever case. With NEWVARS, SOURCE
   // and TARGET it inserts each name that FindVarIndex does not find. So where FindVarIndex minds
-  // letter case, the store may have the name in another case. A store that does not keep both
-  // throws an ErrorText.
+  // letter case, the store may have the name in another case. A store that cannot keep both throws
+  // an ErrorText.
   void InsertVariable(unsigned int position, const VELA_Variable& variable);
 };
 
@@ -299,10 +301,10 @@ class DSDocument {
 
 // The data source's documents, in stored order.
 std::vector<DSDocument> GetDocuments(const VELA_DataSource& dataSource);
-// Removes repeated documents from the list. Of equal ones the host keeps one; the library puts the
-// working file's before the source's.
+// Removes repeated documents from the list. The host keeps one of those that are equal. The library
+// puts the working file's documents before the source's.
 void DeDup(std::vector<DSDocument>& documents);
-// Makes the list the data source's documents, in place of those that it had.
+// Replaces the data source's documents by the list.
 void SaveDocuments(const std::vector<DSDocument>& documents, VELA_DataSource& dataSource);
 
 // The kinds of sets of variables.
@@ -324,19 +326,19 @@ struct VariableSet {
   std::vector<bool> flags = {false};  // by Flag
   std::string name;
   std::string label;
-  std::string type;                  // what the set is for, in the host's words
+  std::string type;                  // the purpose of the set, in the host's words
   std::vector<std::string> members;  // the names of its variables, in order
 };
 
 // The data source's sets of one kind, in stored order.
 std::vector<VariableSet> VariableSets(const VELA_DataSource& dataSource, VarSetsType type);
-// Makes the list the data source's whole collection of sets of that kind, in that order. What
-// becomes of members that the data source does not have is the host's.
+// Replaces all sets of that kind that the data source has by the list, in that order. The host
+// decides what becomes of members that the data source does not have.
 void SaveVariableSets(const std::vector<VariableSet>& sets, VELA_DataSource& dataSource,
                       VarSetsType type);
 
-// Copies the text into the buffer of bound bytes, zero-terminated; what does not fit is cut off
-// between characters. Returns the buffer.
+// Copies the text into the buffer of bound bytes, zero-terminated. Cuts off between characters what
+// does not fit. Returns the buffer.
 char* VELAMBzstncpy_A(char* buffer, const char* text, std::size_t bound);
 // Turns the text into upper case in place and returns it. The text never grows: a letter whose
 // capital takes more bytes than it does stays as it is, here and in GetUpperCaseName.

@@ -12,12 +12,12 @@ class VELA_Variable;
 
 // How a diagnostic is shown. What the values select is the host's.
 enum BpErrorShow : int {
-  BpShowMessage = 2,      // every diagnostic save the next four
+  BpShowMessage = 2,      // every diagnostic except the next four
   BpShowFileMessage = 3,  // "Filename omitted." and the three messages about the password
 };
 
-// How grave a diagnostic is. A host sets its fatal-error state (ProcedureDataSource::FatalError)
-// from BpLevelError on.
+// How grave a diagnostic is. From BpLevelError on, a host sets its fatal-error state
+// (ProcedureDataSource::FatalError).
 enum BpErrorLevel : int {
   BpLevelTransferWarning = 1,  // a property was not applied to one variable
   BpLevelWarning = 2,          // the command had nothing to do
@@ -25,8 +25,8 @@ enum BpErrorLevel : int {
   BpLevelFailure = 4,          // a host operation failed (ErrorText)
 };
 
-// What BpError takes: the base of all cells. Never created on its own, never destroyed through this
-// type.
+// The base of all cells, which BpError takes. Never created on its own, and never destroyed through
+// this type.
 class BpCellText {
  public:
   BpCellText(const BpCellText&) = delete;
@@ -42,11 +42,11 @@ class BpCellText {
   std::unique_ptr<Impl> impl_;
 };
 
-// A text. With isMessage true it is a message text: a backslash takes any special meaning off the
-// character behind it and is not shown itself. With false it is shown as it stands. The library
-// passes true for its own fixed texts, for the message of an ErrorText and for what fills a
-// placeholder of a keyword's message; false for other text that comes from the host or the user.
-// A cell that fills a placeholder is shown as it stands in either case.
+// A text. With isMessage true it is a message text: a backslash is not shown, and takes any special
+// meaning off the next character. With false it is shown as it is. The library passes true for its
+// own fixed texts, for the message of an ErrorText and for what fills a placeholder of a keyword's
+// message. It passes false for other text that comes from the host or the user. A cell that fills a
+// placeholder is shown as it is in either case.
 class BpString : public BpCellText {
  public:
   BpString(std::string text, bool isMessage);
@@ -62,9 +62,9 @@ class BpVariable : public BpCellText {
   ~BpVariable();
 };
 
-// A message text with numbered placeholders "^1", "^2". The cells added fill them in order; each is
-// copied by Add and may be destroyed after it. The library always passes true for isMessage and
-// calls Finish once, after the last Add and before BpError.
+// A message text with numbered placeholders "^1", "^2". The cells that are added fill them in
+// order. Add copies a cell, which may be destroyed after it. The library always passes true for
+// isMessage. It calls Finish once, after the last Add and before BpError.
 class BpComposite : public BpCellText {
  public:
   BpComposite(const std::string& text, bool isMessage);
@@ -74,14 +74,13 @@ class BpComposite : public BpCellText {
   void Finish();
 };
 
-// Issues the cell as a diagnostic. The library goes on after it: whether the command is carried out
-// is decided from ProcedureDataSource::FatalError.
+// Issues the cell as a diagnostic. The library goes on after it, and asks
+// ProcedureDataSource::FatalError whether the command is carried out.
 void BpError(const BpCellText& cell, BpErrorShow show, BpErrorLevel level);
 
 // The procedure's frame in the output: opened by construction, closed by destruction. The library
-// opens one for each run, first of all host operations but the record's construction, with the
-// title "Apply Dictionary" and the kind 2, and closes it when everything else of the run is
-// released but the record.
+// opens one for each run, with the title "Apply Dictionary" and the kind 2. Only the record, with
+// its UserCaseFileSpec, is made before the frame and released after it.
 class BpProcedure {
  public:
   BpProcedure(std::string title, int kind);

@@ -34,11 +34,11 @@ void InsertAtEnd(const VELA_Variable& variable, VELA_DataSource& working) {
   store.InsertVariable(static_cast<unsigned int>(store.ColumnCount()), variable);
 }
 
-// One source variable onto each target name, which may be new.
+// Applies one source variable to each target name, which may be new.
 void ApplyToNames(const ApplyDictionarySpec& record, VELA_DataSource& working,
                   const VELA_DataSource& source) {
-  // Takes each new variable's name and identity in turn. What is applied to existing variables is
-  // the same whatever it is called by then.
+  // It takes each new variable's name and identity in turn. Its name has no part in what is applied
+  // to existing variables.
   VELA_Variable renamed(source.GetVariable(record.sourceVars.front()));
   AddedNames added;
   for (const VelaVarName& name : record.targetNames) {
@@ -54,7 +54,7 @@ void ApplyToNames(const ApplyDictionarySpec& record, VELA_DataSource& working,
   }
 }
 
-// One source variable onto each target, without a look at names.
+// Applies one source variable to each target, whatever their names.
 void ApplyToTargets(const ApplyDictionarySpec& record, VELA_DataSource& working,
                     const VELA_DataSource& source) {
   const VELA_Variable& variable = source.GetVariable(record.sourceVars.front());

@@ -12,15 +12,16 @@ class VELA_DataSource;
 // - with targetNames, the first source variable onto each name; a name that the host's look-up does
 //   not find in the working file becomes a new variable like it;
 // - with sourceVars and targetVars, the first source variable onto each target, whatever its name;
-// - otherwise by name without regard to case: sourceVars, or else targetVars, or else all variables
-//   of the source. Those without a namesake are added with newVars, and else passed over in
-//   silence. When nothing was paired though a property is selected, a warning of level 2 is issued.
+// - otherwise by name without regard to case: sourceVars, or targetVars if that is empty, or all
+//   variables of the source if both are. With newVars those without a namesake are added; otherwise
+//   they are passed over in silence. When nothing was paired or added though a property is
+//   selected, a warning of level 2 is issued.
 //
 // No two variables of one name are added, in whatever case: the second is passed over in silence.
 //
-// record is only read. source is not null, and may be the very data source that is working. With
-// newVars working is a DEDataStore; std::bad_cast is thrown when it must take a variable and is
-// not. procedure is the open frame, as for Parse; nothing is written to it. Exceptions of the host
+// record is only read. source is not null, and may be the same data source as working. With newVars
+// working is a DEDataStore; when it must take a variable and is none, std::bad_cast is thrown.
+// procedure is the open frame, as for Parse; nothing is written to it. Exceptions of the host
 // pass through, and what was changed stays changed.
 void Apply(ApplyDictionarySpec& record, VELA_DataSource& working, const VELA_DataSource* source,
            BpProcedure& procedure);

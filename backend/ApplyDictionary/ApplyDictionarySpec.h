@@ -10,17 +10,17 @@
 enum ApplyMode : std::int32_t {
   ApplyNone = 0,     // not at all
   ApplyMerge = 1,    // what the working file has is kept and added to
-  ApplyReplace = 2,  // the source's takes the place of the working file's
+  ApplyReplace = 2,  // the source's replaces what the working file has
 };
 
 // One APPLY DICTIONARY command: what Parse makes of the command's text and Apply carries out.
 //
-// A plain record. The parsers write its fields and the transfers read them; a field keeps its
+// A plain record. The parsers write its fields and the transfers read them. A field keeps its
 // default when the subcommand that sets it is absent. So a command of FROM alone applies every
-// variable property, and of the file-level items the weight.
+// variable property and, as the only file-level item, the weight.
 //
 // After a parse without an error
-// - targetVars or targetNames is filled, or neither, never both; targetNames only with newVars and
+// - at most one of targetVars and targetNames is filled; targetNames only with newVars and
 //   sourceVars;
 // - with more than one entry in sourceVars, targetVars is empty;
 // - every column is one of the data source that it was looked up in.
@@ -38,7 +38,7 @@ struct ApplyDictionarySpec {
   // Whether variables that the working file lacks are added to it.
   bool newVars = false;
 
-  // FILEINFO. Named without WEIGHT it turns the weight off, which is on without it.
+  // FILEINFO. The weight is on without FILEINFO; FILEINFO that does not name it turns it off.
   ApplyMode fileDocuments = ApplyNone;
   bool fileLabel = false;
   ApplyMode fileMrSets = ApplyNone;
@@ -58,5 +58,5 @@ struct ApplyDictionarySpec {
   ApplyMode varAttributes = ApplyReplace;
 };
 
-// Whether the command selects any variable property besides the label.
+// Whether the command selects any variable property other than the label.
 bool SelectsMoreThanLabel(const ApplyDictionarySpec& record);

@@ -19,7 +19,7 @@ void ReplaceDocuments(VELA_DataSource& working, const VELA_DataSource& source) {
 }
 
 void MergeDocuments(VELA_DataSource& working, const VELA_DataSource& source) {
-  // The working file's come first: it is their place in the list that DeDup goes by.
+  // The working file's come first: DeDup may keep a document by its place in the list.
   std::vector<DSDocument> documents = GetDocuments(working);
   for (const DSDocument& document : GetDocuments(source)) documents.push_back(document);
   DeDup(documents);
@@ -53,8 +53,8 @@ void ApplyWeight(VELA_DataSource& working, const VELA_DataSource& source) {
   const int column = working.FindVarIndex(source.GetVariable(sourceColumn).GetName(), 0);
   if (column == -1) return;
   working.SetWeightVar(column);
-  // The legacy dictionary counts from 1, and keeps its own record of the weight. The position is an
-  // int; only the argument is wider.
+  // The legacy dictionary keeps its own record of the weight, and counts from 1. The position is
+  // an int; only the argument is wider.
   const std::int64_t position = working.ObsIndex(column) + 1;
   setcurrentweightvar_(&position);
 }

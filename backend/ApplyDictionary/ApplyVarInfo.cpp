@@ -31,9 +31,9 @@ bool IsNarrower(const VELA_Variable& target, const VELA_Variable& source) {
   return target.GetType() < source.GetType();
 }
 
-// Whether more than blanks is lost when the value is cut to the width, in bytes.
+// Whether the value loses more than trailing blanks when it is cut to the width, in bytes.
 bool IsTooLong(std::string_view value, std::size_t width) {
-  // Of a value of blanks alone nothing is found, and the sum wraps to 0.
+  // In a value of blanks alone nothing is found, and the sum wraps to 0.
   return value.find_last_not_of(' ') + 1 > width;
 }
 
@@ -45,7 +45,7 @@ bool ValueLabelsTooLong(std::size_t width, const VELA_Variable& source) {
   std::string value;
   const char* label = nullptr;
   while (labels.GetNextPair(value, label) != 0) {
-    // The source's own width counts; a set of narrower values is read no further than they reach.
+    // Only the bytes of the source's own width count. The values of the set may be narrower.
     if (IsTooLong(std::string_view(value).substr(0, StringWidth(source)), width)) return true;
   }
   return false;
@@ -56,7 +56,7 @@ void ApplyLabel(const VELA_Variable& source, VELA_Variable& target) {
   if (const char* const label = source.GetLabel(); label != nullptr) target.SetLabel(label);
 }
 
-// The width of a format on the target: a string's own, counted in characters of the format.
+// The width of a format on the target. A string has its own, in characters of the format.
 int FormatWidth(const VELA_Variable& target, VELA_Variable::FormatType type, int sourceWidth) {
   if (!IsString(target)) return sourceWidth;
   return type == VELA_Variable::FormatHexString ? 2 * target.GetType() : target.GetType();
@@ -91,7 +91,7 @@ void ApplyMissing(const VELA_Variable& source, VELA_Variable& target) {
   const OBS* values[3] = {};
   const int count = source.GetMissingValues(values[0], values[1], values[2]);
   if (count == 0) return;
-  // The sign is the host's and says nothing about how many there are.
+  // The meaning of the sign is the host's. It does not change how many there are.
   const auto valueCount = static_cast<std::size_t>(std::abs(count));
   if (IsNarrower(target, source) &&
       MissingValuesTooLong(std::span(values, valueCount), StringWidth(target), source)) {
@@ -105,7 +105,7 @@ void ApplyMissing(const VELA_Variable& source, VELA_Variable& target) {
 void MergeValueLabels(const VELA_Variable& source, VELA_Variable& target) {
   VELA_ValueLabelMap sourceLabels(source.GetValueLabels());
   VELA_ValueLabelMap targetLabels(target.GetValueLabels());
-  // An empty set has no type that values could be re-expressed at.
+  // An empty set has no type that values could be converted to.
   if (targetLabels.Size() == 0) {
     target.SetValueLabels(source.GetValueLabels());
     return;
@@ -122,7 +122,7 @@ void MergeValueLabels(const VELA_Variable& source, VELA_Variable& target) {
 
 void ApplyValueLabels(const VELA_Variable& source, VELA_Variable& target, ApplyMode mode) {
   if (mode == ApplyNone || !source.GetValueLabels()) return;
-  // All or nothing in both modes, also for a value that the target labels itself.
+  // In both modes all labels are applied or none, even when the target labels the value itself.
   if (IsNarrower(target, source) && ValueLabelsTooLong(StringWidth(target), source)) {
     WarnVariable("^1: Labels not applied: some values too long...", target);
     return;

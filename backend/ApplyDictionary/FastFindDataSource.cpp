@@ -14,9 +14,9 @@ namespace {
 // A name of 64 bytes, the longest that there is, and its end.
 constexpr std::size_t kNameBufferSize = 65;
 
-// The first bytes of a name as a number that orders as they do; what is behind a shorter name's end
-// counts as zero bytes. Most pairs of names are told apart by it without a look at the names, which
-// lie all over the host's memory.
+// The first bytes of a name as a number that orders as they do. A shorter name is filled with zero
+// bytes. It tells most pairs of names apart without a look at the names, which lie all over the
+// host's memory.
 std::uint64_t BeginningOf(const char* name) {
   std::uint64_t beginning = 0;
   for (std::size_t i = 0; i < sizeof beginning; ++i) {

@@ -8,14 +8,14 @@ class VELA_DataSource;
 
 // Finds the variables of a data source by name, without regard to case.
 //
-// The first look-up sorts the names once; each look-up then is a bisection that takes no heap
+// The first look-up sorts the names once. Each look-up after it is a bisection that takes no heap
 // memory. The index points at the names that the host holds and copies none, so the data source
 // must outlive it, and its variables must keep their names. Variables that are added later are not
-// found until Refresh. Used from one thread at a time: look-ups are const, yet the first one builds
-// the index.
+// found until Refresh. Only one thread may use it at a time: look-ups are const, but the first one
+// builds the index.
 class FastFindDataSource {
  public:
-  // Orders entries by the bytes of their names; the columns have no part in it.
+  // Orders entries by the bytes of their names. The columns have no part in it.
   struct NameLess {
     bool operator()(const std::pair<const char*, unsigned int>& a,
                     const std::pair<const char*, unsigned int>& b) const;
@@ -24,8 +24,8 @@ class FastFindDataSource {
   struct Data {
     // The indexed data source; not owned.
     VELA_DataSource* dataSource = nullptr;
-    // The upper-case name and the column of each variable, sorted by NameLess; or empty, not built
-    // yet.
+    // The upper-case name and the column of each variable, sorted by NameLess. Empty when it is not
+    // built yet.
     mutable std::vector<std::pair<const char*, unsigned int>> entries;
 
     // Builds the entries. REQUIRES: there are none.
@@ -41,12 +41,12 @@ class FastFindDataSource {
   // The indexed data source.
   operator VELA_DataSource*() const;
 
-  // Has the next look-up build the index again, from the variables that there are then.
+  // Makes the next look-up build the index again, from the variables that are there then.
   void Refresh();
 
-  // The column of the variable of that name, from 0, or -1. Of several that bear it one is found.
-  // The host's upper-case names must agree with its upper-casing of a text; a name counts as far as
-  // names in a file reach.
+  // The column of the variable of that name, from 0, or -1. When several have the name, one of
+  // them. The host's upper-case names must agree with its upper-casing of a text. Only as much of a
+  // name counts as names in a file can hold.
   int FindVarIndex(const char* name) const;
 
  private:

@@ -5,7 +5,7 @@
 
 namespace {
 
-// Issues an error about a keyword's value; the two fill "^1" and "^2".
+// Issues an error about a keyword's value. The two fill "^1" and "^2".
 void ReportValue(const std::string& text, const std::string& first, const std::string& second) {
   BpComposite message(text, true);
   message.Add(BpString(first, true));

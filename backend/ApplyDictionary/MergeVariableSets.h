@@ -3,8 +3,9 @@
 #include "host/Data.h"
 
 // Gives the working file the union of both collections of sets of the kind, sorted ascending by
-// name as GetName returns it, byte by byte. Where both have a set of one name the source's stands
-// whole, and of the working file's own sets of one name the first; the source's sets all stay.
+// name as GetName returns it, byte by byte. All sets of the source stay as they are. The working
+// file's own sets stay where the source has none of that name, and only the first of several with
+// one name.
 //
 // Without a source, and when the working file is its own source, nothing is read or saved.
 // Exceptions of the host pass through; nothing is saved then.

@@ -18,9 +18,9 @@ bool ParseNewVars(ParsedCommand& command) {
   return KeywordSubcommand(command, "NEWVARS", noKeywords).Occurs();
 }
 
-// With a SOURCE list TARGET names variables of the working file, which NEWVARS lets be new; without
-// one it names variables of the source, to be paired by name. REQUIRES: newVars and sourceVars are
-// read.
+// With a SOURCE list TARGET names variables of the working file, which may be new with NEWVARS.
+// Without one it names variables of the source, to be paired by name. REQUIRES: newVars and
+// sourceVars are read.
 void ParseTarget(ParsedCommand& command, ApplyDictionarySpec& record,
                  const VELA_DataSource& working, const VELA_DataSource* source) {
   if (record.sourceVars.empty()) {
@@ -32,7 +32,7 @@ void ParseTarget(ParsedCommand& command, ApplyDictionarySpec& record,
   }
 }
 
-// Reports what no single subcommand can see.
+// Reports wrong combinations of subcommands.
 void CheckCombinations(const ApplyDictionarySpec& record, const ProcedureDataSource& context) {
   if (record.sourceVars.size() > 1 && !record.targetVars.empty()) {
     ReportError("SOURCE list with TARGET list...");
@@ -44,7 +44,7 @@ void CheckCombinations(const ApplyDictionarySpec& record, const ProcedureDataSou
 
 }  // namespace
 
-// The frame only has to be open: errors find their way to it in the host.
+// The frame only has to be open: the host brings the errors there.
 void Parse(ApplyDictionarySpec& record, BpProcedure& /*procedure*/, const VELA_DataSource& working,
            std::unique_ptr<UserInputCaseFile>& sourceFile, ProcedureDataSource& context) {
   const std::string subcommands[] = {"FROM",     "SOURCE",  "TARGET", "NEWVARS",

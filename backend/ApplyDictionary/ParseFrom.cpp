@@ -12,7 +12,7 @@
 
 namespace {
 
-// An error about the file name or the password, which the host shows in a way of its own.
+// Issues an error about the file name or the password, which the host shows in a way of its own.
 void ReportFileError(const std::string& text) {
   BpError(BpString(text, true), BpShowFileMessage, BpLevelError);
 }
@@ -34,7 +34,7 @@ bool TextBeginsWith(const TokenSequenceBase& tokens, std::string_view keyword) {
   return std::string_view(text, static_cast<std::size_t>(length)).starts_with(keyword);
 }
 
-// The current token is a quoted string.
+// REQUIRES: the current token is a quoted string.
 void ParseQuotedPassword(TokenSequenceBase& tokens, UserCaseFileSpec& file) {
   const char* text = nullptr;
   int length = 0;
@@ -47,8 +47,8 @@ void ParseQuotedPassword(TokenSequenceBase& tokens, UserCaseFileSpec& file) {
   tokens.Next();
 }
 
-// What follows the keyword PASSWORD. A token that is no password stays current, and so is reported
-// once more as left over.
+// Parses what follows the keyword PASSWORD. A token that is no password stays current, and so is
+// reported once more, as left over.
 void ParsePassword(TokenSequenceBase& tokens, UserCaseFileSpec& file) {
   SkipEquals(tokens);
   if (tokens.Kind() == TokenSequenceBase::KindString) {
@@ -62,7 +62,7 @@ void ParsePassword(TokenSequenceBase& tokens, UserCaseFileSpec& file) {
   }
 }
 
-// The file and its password. It stops at the first token that it cannot use and leaves it current.
+// Parses the file and its password. Stops at the first token that it cannot use.
 void ParseFile(TokenSequenceBase& tokens, UserCaseFileSpec& file) {
   if (AtEnd(tokens)) {
     ReportFileError("Filename omitted.");

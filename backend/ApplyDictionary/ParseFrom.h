@@ -7,7 +7,6 @@ class ParsedCommand;
 //
 //   FROM [=] file [PASSWORD [=] { "password" | NONE }]
 //
-// into record.fromFile. What is wrong or left over is issued at level 3, and the subcommand's
-// tokens are then behind; whether the run ends is for the caller to ask of the host. A password is
-// never written into a message.
+// into record.fromFile, to the end of the subcommand. What is wrong or left over is issued at level
+// 3; the caller asks the host whether the run ends. A password is never written into a message.
 void ParseFrom(ParsedCommand& command, ApplyDictionarySpec& record);

@@ -12,13 +12,13 @@ namespace {
 
 using Record = ApplyDictionarySpec;
 
-// A keyword and the field that it sets: a flag or a mode, the other is null.
+// A keyword and the field that it sets: a flag or a mode. The other one is null.
 struct Item {
   const char* keyword;
   bool Record::*flag;
   ApplyMode Record::*mode;
-  ApplyMode bareMode;  // of a mode, when its keyword stands without a value
-  ApplyMode allMode;   // of a mode, under ALL
+  ApplyMode bareMode;  // what the keyword without a value sets a mode to
+  ApplyMode allMode;   // what ALL sets a mode to
 };
 
 constexpr Item Flag(const char* keyword, bool Record::*field) {
@@ -30,7 +30,7 @@ constexpr Item Mode(const char* keyword, ApplyMode Record::*field, ApplyMode bar
   return {keyword, nullptr, field, bareMode, allMode};
 }
 
-// File attributes named without a value are replaced, and merged under ALL: no slip.
+// File attributes are replaced when they are named without a value, but merged under ALL: no slip.
 constexpr Item kFileInfo[] = {
     Mode("DOCUMENTS", &Record::fileDocuments, ApplyMerge, ApplyMerge),
     Flag("FILELABEL", &Record::fileLabel),

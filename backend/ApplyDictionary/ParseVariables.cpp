@@ -11,8 +11,8 @@ namespace {
 
 constexpr const char* kVariables = "VARIABLES";
 
-// Reports that nothing follows VARIABLES, given that the list has turned out empty. A list may also
-// be empty because the host has reported all of it, or because the keyword is not there.
+// Reports that nothing follows VARIABLES. A list may also be empty because the host has reported
+// all of it, or because the keyword is not there. REQUIRES: the list is empty.
 void ReportEmptyList(const KeywordSubcommand& subcommand, const std::string& subcommandName) {
   if (subcommand.HasErrors() || subcommand.Tokens(kVariables) == 0) return;
   ReportErrorArg("Empty variable list after ^1...", subcommandName);

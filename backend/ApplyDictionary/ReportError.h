@@ -7,6 +7,6 @@
 // Issues a fixed text.
 void ReportError(const std::string& text);
 
-// Issues a fixed text whose placeholder "^1" shows the argument: text of the user's or the host's,
-// which is shown as it stands.
+// Issues a fixed text whose placeholder "^1" shows the argument, a text from the user or the host,
+// as it is.
 void ReportErrorArg(const std::string& text, const std::string& argument);

@@ -18,12 +18,12 @@ namespace {
 constexpr int kProcedureKind = 2;
 constexpr int kActiveStoreMode = 1;
 
-// Returns a store over the working data source, already in its place.
+// Replaces the working data source by a store over it, and returns the store.
 VELA_DataSource* ReplaceByStore(const VELA_DataSource* working) {
   // Bare on purpose: the host owns the store from its construction on.
   auto* const store = new DEDataStore(working);
   SetActiveDataSource(store, kActiveStoreMode);
-  // The host may have made another dictionary current when it took the store, so it is asked again.
+  // Asked again: the host may have made another dictionary current when it took the store.
   global_dicptr_()->dataSource = store;
   return store;
 }
