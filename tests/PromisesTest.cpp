@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "host/Files.h"
 #include "tests/HostRun.h"
@@ -18,7 +19,7 @@ namespace {
 
 bool mindsCase = false;            // of the look-up by name
 bool hasSource = true;             // of a source file: whether it has a data source
-std::string calls;                 // on messages, as far as they were built
+std::string calls;                 // on messages as they are built, and on sets
 std::set<std::string> operations;  // whose arguments were looked at
 
 // Expects of an argument that it is as promised.
@@ -76,6 +77,14 @@ std::string VariableSet::GetName(ChangeCase changeCase) const {
   static auto* const get = OfHost<std::string(const VariableSet*, ChangeCase)>(
       "_ZNK11VariableSet7GetNameB5cxx11ENS_10ChangeCaseE");
   return get(this, changeCase);
+}
+
+void SaveVariableSets(const std::vector<VariableSet>& sets, VELA_DataSource& dataSource,
+                      VarSetsType type) {
+  calls += type == VarSetsMrSets ? "mrsets " : "varsets ";
+  static auto* const save = OfHost<decltype(SaveVariableSets)>(
+      "_Z16SaveVariableSetsRKSt6vectorI11VariableSetSaIS0_EER15VELA_DataSource11VarSetsType");
+  save(sets, dataSource, type);
 }
 
 VELA_DataSource* UserInputCaseFile::DataSource() {
@@ -137,7 +146,7 @@ constexpr const char* kSource =
     "name='B' "
     "wgt='wgt'><catgry><catValu>x</catValu><labl>X</labl></catgry>"
     "<varFormat type='character' formatname='A9'/></var><var name='C'><varFormat "
-    "type='character'/></var></dataDscr></codeBook>";
+    "type='character'/></var><var name='D'/></dataDscr></codeBook>";
 
 class Promises : public testing::Test {
  protected:
@@ -163,6 +172,7 @@ TEST_F(Promises, TellWhichTextsAreMessages) {
       {"FROM SRC /SOURCE VARIABLES", "Composite string add finish error "},
       {"FROM SRC /SOURCE VARIABLES=A B /TARGET VARIABLES=a", "String error "},
       {"FROM SRC /VARINFO WIDTH LEVEL", "Composite add finish error "},
+      {"FROM SRC /SOURCE VARIABLES=D", "String error "},
       {"FROM 'none.xml'", "String error "}};
   for (const auto& [command, expected] : kRows) {
     calls.clear();
@@ -182,6 +192,18 @@ TEST_F(Promises, HoldOfArgumentsThatAreAlwaysTheSame) {
   EXPECT_EQ(operations,
             (std::set<std::string>{"ActiveDataSource", "BpProcedure", "BpVariable", "FindVarIndex",
                                    "GetName", "Init", "Merge", "SetActiveDataSource"}));
+}
+
+TEST_F(Promises, KeepTheOrderOfTheItemsOfTheFile) {
+  calls.clear();
+  const Watch watch([](const std::string& operation) {
+    if (operation == "SaveDocuments") calls += "documents ";
+    if (operation == "VELA_DataSource::GetLabel") calls += "label ";
+    if (operation == "VELA_DataSource::SetWeightVar") calls += "weight ";
+    if (operation == "VELA_DataSource::GetAttributes") calls += "attributes ";
+  });
+  Run("FROM SRC /VARINFO /FILEINFO ALL ATTRIBUTES=REPLACE");
+  EXPECT_EQ(calls, "documents label mrsets varsets weight attributes attributes ");
 }
 
 TEST_F(Promises, ReadNoListAndChangeNothingOfASourceWithoutADataSource) {
