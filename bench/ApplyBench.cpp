@@ -16,10 +16,9 @@
 #include "backend/ApplyDictionary/FastFindDataSource.h"
 #include "host/Data.h"
 #include "host/Output.h"
-#include "standalone/Data/DataSource.h"
-#include "standalone/Data/ValueLabelSet.h"
-#include "standalone/Data/Variable.h"
-#include "standalone/Host.h"
+#include "standalone/Codebook/CodebookFile.h"
+#include "standalone/Host/DataSources.h"
+#include "standalone/Host/Host.h"
 
 // What runs in memory: Apply, the name index, and each beside what it is measured against.
 
@@ -33,29 +32,34 @@ std::string NameOf(int number, char q) {
          (q == 'Q' ? "_item" : "_ITEM");
 }
 
-std::unique_ptr<VELA_Variable::Impl> BareVariable(const std::string& name) {
-  auto variable = std::make_unique<VELA_Variable::Impl>();
-  variable->SetName(name);
-  variable->now.label = name;
-  variable->now.print = variable->now.write = {velahost::FormatTypeNamed("F"), 8, 0};
+velahost::Variable BareVariable(const std::string& name) {
+  velahost::Variable variable;
+  variable.SetName(name);
+  variable.label = velahost::Text(name);
+  variable.print = variable.write = {velahost::Text("F"), 8, 0};
   return variable;
 }
 
-std::unique_ptr<VELA_Variable::Impl> DescribedVariable(int number) {
-  auto variable = BareVariable(NameOf(number, 'Q'));
-  auto labels = std::make_shared<VELA_VLImpl>(0);
-  int value = 0;
+velahost::Variable DescribedVariable(int number) {
+  velahost::Variable variable = BareVariable(NameOf(number, 'Q'));
+  auto labels = std::make_shared<velahost::ValueLabels>(0);
+  double value = 0;
   for (const char* label : {"Strongly agree", "Agree", "Neither agree nor disagree", "Disagree",
                             "Strongly disagree", "No answer"}) {
-    labels->AddNumber(++value, label);
+    labels->Add({++value, velahost::Text(), velahost::Text(label)});
   }
-  velahost::VariableProperties& now = variable->now;
-  now.label = "Question " + std::to_string(number) + ": agreement with the statement";
-  now.valueLabels = HostAccess::HandleOf(std::move(labels));
-  now.missing.count = 1;
-  now.missing.numbers[0] = value;
-  now.level = velahost::kOrdinal;
+  variable.label =
+      velahost::Text("Question " + std::to_string(number) + ": agreement with the statement");
+  variable.valueLabels = std::move(labels);
+  variable.missing.numbers = {value};
+  variable.level = velahost::Level::Ordinal;
   return variable;
+}
+
+void Add(velahost::Variable variable, velahost::CodebookFile& file) {
+  file.names.Add(variable);
+  file.dictionary.variables.push_back(
+      std::make_shared<const velahost::Variable>(std::move(variable)));
 }
 
 // A described data source, and the names of a working file: the same in another case and order.
@@ -63,16 +67,16 @@ struct Dictionaries {
   explicit Dictionaries(int count) : workingOrder(static_cast<std::size_t>(count)) {
     std::iota(workingOrder.begin(), workingOrder.end(), 0);
     std::shuffle(workingOrder.begin(), workingOrder.end(), std::mt19937(1));
-    auto impl = std::make_unique<VELA_DataSource::Impl>();
-    for (int i = 0; i < count; ++i) impl->Add(DescribedVariable(i));
-    source = std::make_unique<VELA_DataSource>(std::move(impl));
+    auto file = std::make_shared<velahost::CodebookFile>();
+    for (int i = 0; i < count; ++i) Add(DescribedVariable(i), *file);
+    source = std::make_unique<VELA_DataSource>(std::make_unique<VELA_DataSource::Impl>(file));
   }
 
   // A working file to which nothing has been applied.
-  std::unique_ptr<VELA_DataSource> Working() const {
-    auto impl = std::make_unique<VELA_DataSource::Impl>();
-    for (const int number : workingOrder) impl->Add(BareVariable(NameOf(number, 'q')));
-    return std::make_unique<VELA_DataSource>(std::move(impl));
+  velahost::CodebookFile Working() const {
+    velahost::CodebookFile file;
+    for (const int number : workingOrder) Add(BareVariable(NameOf(number, 'q')), file);
+    return file;
   }
 
   std::unique_ptr<VELA_DataSource> source;

@@ -4,26 +4,30 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 
 #include "fuzz/Expect.h"
 #include "standalone/Codebook/Codebook.h"
-#include "standalone/Codebook/OpenCodebook.h"
-#include "standalone/Codebook/ReadInParts.h"
-#include "standalone/Data/DataSource.h"
+#include "standalone/Codebook/CodebookFile.h"
+#include "standalone/Codebook/Parts.h"
+#include "standalone/Files/File.h"
 #include "tests/ReadingDescription.h"
 
 namespace {
 
-void ReadAndSave(const std::string& text, const std::optional<std::string>& id) {
-  const velahost::OpenedCodebook read = velahost::OpenCodebookText("read", text, id);
-  const std::string saved = velahost::WriteCodebook(*read.dataSource);
+using velahost::Bytes;
+using velahost::CodebookFile;
+
+// Returns the ID of the document's last file.
+std::string ReadAndSave(const std::string& text, const std::optional<std::string>& id) {
+  const CodebookFile read = velahost::OpenCodebook("read", Bytes(text), id);
+  const std::string saved = velahost::WriteCodebook(read, read.dictionary);
   fuzz::Expect(saved == text, "other bytes are saved");
-  const velahost::OpenedCodebook again = velahost::OpenCodebookText("saved", saved, id);
-  fuzz::ExpectSameDictionary(*read.dataSource, *again.dataSource);
+  const CodebookFile again = velahost::OpenCodebook("saved", Bytes(saved), id);
+  fuzz::ExpectSameDictionary(read.dictionary, again.dictionary);
+  return read.codebook->files.back().id.String();
 }
 
 // What has been read, or that it was refused: of what is not well formed, the column depends on the
@@ -31,16 +35,10 @@ void ReadAndSave(const std::string& text, const std::optional<std::string>& id) 
 // nothing is said.
 std::string Outcome(const std::string& text, bool inParts) {
   constexpr std::size_t kPartSize = 100;
-  velahost::CodebookReading reading;
-  reading.codebook = std::make_shared<velahost::Codebook>();
-  reading.codebook->text = text;
   try {
-    if (!inParts) {
-      velahost::ReadWhole(reading);
-    } else if (!velahost::ReadInParts(reading, kPartSize)) {
-      return {};
-    }
-    return DescriptionOf(reading);
+    if (!inParts) return DescriptionOf(velahost::ReadWhole(text, velahost::OpenFor::Writing));
+    const auto reading = velahost::ReadInParts(text, velahost::OpenFor::Writing, kPartSize);
+    return reading ? DescriptionOf(*reading) : std::string();
   } catch (const std::runtime_error&) {
     return "refused";
   }
@@ -53,10 +51,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string inParts = Outcome(text, true);
   fuzz::Expect(inParts.empty() || inParts == Outcome(text, false), "parts read as something else");
   try {
-    ReadAndSave(text, std::nullopt);
-    const velahost::OpenedCodebook read = velahost::OpenCodebookText("read", text, std::nullopt);
-    ReadAndSave(text, HostAccess::Of(*read.dataSource).document->files.back().id);
-  } catch (const velahost::CodebookError& error) {
+    ReadAndSave(text, ReadAndSave(text, std::nullopt));
+  } catch (const velahost::FileError& error) {
     fuzz::Expect(error.what()[0] != '\0', "a refusal without a reason");
   }
   return 0;

@@ -3,17 +3,17 @@
 #include <cstddef>
 #include <cstdlib>
 #include <iostream>
-#include <vector>
 
-#include "standalone/Data/DataSource.h"
-#include "standalone/Data/Variable.h"
+#include "standalone/Dictionary/Changes.h"
 
 namespace fuzz {
 namespace {
 
-void ExpectNone(const std::vector<const char*>& differing, const std::string& of) {
-  Expect(differing.empty(),
-         "not the same " + std::string(differing.empty() ? "" : differing[0]) + " of " + of);
+template <typename Set>
+void ExpectNone(const Set& differing, const std::string& of) {
+  Expect(
+      differing.Empty(),
+      "not the same " + std::string(differing.Empty() ? "" : differing.Names()[0]) + " of " + of);
 }
 
 }  // namespace
@@ -24,18 +24,17 @@ void Expect(bool holds, const std::string& what) {
   std::abort();
 }
 
-void ExpectSameDictionary(const VELA_DataSource& a, const VELA_DataSource& b) {
-  const VELA_DataSource::Impl& inA = HostAccess::Of(a);
-  const VELA_DataSource::Impl& inB = HostAccess::Of(b);
-  Expect(inA.variables.size() == inB.variables.size(), "not as many variables");
-  for (std::size_t i = 0; i < inA.variables.size(); ++i) {
-    const VELA_Variable::Impl& variable = HostAccess::Of(inA.variables[i]);
-    const VELA_Variable::Impl& other = HostAccess::Of(inB.variables[i]);
-    Expect(variable.name == other.name, variable.name + " is now " + other.name);
-    Expect(variable.type == other.type, "not the same type of " + variable.name);
-    ExpectNone(velahost::DifferingProperties(variable.now, other.now), variable.name);
+void ExpectSameDictionary(const velahost::Dictionary& a, const velahost::Dictionary& b) {
+  Expect(a.variables.size() == b.variables.size(), "not as many variables");
+  for (std::size_t i = 0; i < a.variables.size(); ++i) {
+    const velahost::Variable& variable = *a.variables[i];
+    const velahost::Variable& other = *b.variables[i];
+    const std::string name = variable.name.String();
+    Expect(variable.name == other.name, name + " is now " + other.name.String());
+    Expect(variable.type == other.type, "not the same type of " + name);
+    ExpectNone(Differing(variable, other), name);
   }
-  ExpectNone(velahost::DifferingProperties(inA.now, inB.now), "the file");
+  ExpectNone(Differing(a.file, b.file), "the file");
 }
 
 }  // namespace fuzz

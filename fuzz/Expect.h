@@ -2,14 +2,14 @@
 
 #include <string>
 
-#include "host/Data.h"
+#include "standalone/Dictionary/Dictionary.h"
 
 namespace fuzz {
 
 // Ends the process, which makes a finding, if what must hold does not; says what.
 void Expect(bool holds, const std::string& what);
 
-// Expects that both data sources have the same dictionary: the same variables and file properties.
-void ExpectSameDictionary(const VELA_DataSource& a, const VELA_DataSource& b);
+// Expects that both are the same dictionary: the same variables and items of the file.
+void ExpectSameDictionary(const velahost::Dictionary& a, const velahost::Dictionary& b);
 
 }  // namespace fuzz

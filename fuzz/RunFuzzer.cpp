@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "fuzz/Expect.h"
-#include "standalone/Codebook/OpenCodebook.h"
-#include "standalone/Host.h"
+#include "standalone/Codebook/CodebookFile.h"
+#include "standalone/Host/Host.h"
 #include "standalone/Syntax/Tokenizer.h"
 
 extern "C" void applydic_();
@@ -55,10 +55,10 @@ std::string WithPath(std::string command, const std::string& path) {
   return command;
 }
 
-std::optional<velahost::OpenedCodebook> Open(std::string text) {
+std::optional<velahost::CodebookFile> Open(const std::string& text) {
   try {
-    return velahost::OpenCodebookText("working", std::move(text), std::nullopt);
-  } catch (const velahost::CodebookError&) {
+    return velahost::OpenCodebook("working", velahost::Bytes(text), std::nullopt);
+  } catch (const velahost::FileError&) {
     return std::nullopt;
   }
 }
@@ -82,16 +82,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string text(reinterpret_cast<const char*>(data), size);
   const std::string command = WithPath(TakePart(text), source.Path());
   source.Write(TakePart(text));
-  std::optional<velahost::OpenedCodebook> working = Open(text);
+  std::optional<velahost::CodebookFile> working = Open(text);
   if (!working) return 0;
 
   velahost::Host host;
-  host.SetWorking(std::move(working->dataSource));
+  host.SetWorking(std::move(*working));
   RunCommands(host, command);
-  const std::string saved = velahost::WriteCodebook(host.Working());
-  const std::optional<velahost::OpenedCodebook> again = Open(saved);
+  const std::string saved = velahost::WriteCodebook(host.WorkingFile(), host.WorkingDictionary());
+  const std::optional<velahost::CodebookFile> again = Open(saved);
   Expect(again.has_value(), "what was saved is refused:\n" + saved);
-  fuzz::ExpectSameDictionary(host.Working(), *again->dataSource);
-  Expect(velahost::WriteCodebook(*again->dataSource) == saved, "other bytes the second time");
+  fuzz::ExpectSameDictionary(host.WorkingDictionary(), again->dictionary);
+  Expect(velahost::WriteCodebook(*again, again->dictionary) == saved,
+         "other bytes the second time");
   return 0;
 }

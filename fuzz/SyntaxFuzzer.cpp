@@ -12,8 +12,8 @@
 #include "host/Files.h"
 #include "host/Output.h"
 #include "host/Syntax.h"
-#include "standalone/Codebook/OpenCodebook.h"
-#include "standalone/Host.h"
+#include "standalone/Codebook/CodebookFile.h"
+#include "standalone/Host/Host.h"
 #include "standalone/Syntax/Tokenizer.h"
 
 namespace {
@@ -85,16 +85,17 @@ void ReadCommand(const VELA_DataSource& file) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const velahost::OpenedCodebook opened =
-      velahost::OpenCodebookText("codebook", kDocument, std::nullopt);
+  static const velahost::CodebookFile opened =
+      velahost::OpenCodebook("codebook", velahost::Bytes(kDocument), std::nullopt);
   std::vector<velahost::Command> commands =
       velahost::SplitCommands({reinterpret_cast<const char*>(data), size});
   Expect(!commands.empty(), "no command");
   velahost::Host host;
+  host.SetWorking(opened);
   for (velahost::Command& command : commands) {
     Expect(command.tokens.back().kind == velahost::Token::End, "a command without an end");
     host.SetCommand(std::move(command));
-    ReadCommand(*opened.dataSource);
+    ReadCommand(host.Working());
   }
   return 0;
 }

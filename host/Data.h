@@ -58,8 +58,8 @@ class VELA_ValueLabelMap {
   int Type() const;
   // Puts the cursor before the first pair.
   void Reset();
-  // Gives the next pair and returns not zero, or returns 0 when none is left. The pointers live as
-  // long as the set is unchanged.
+  // Gives the next pair and returns not zero, or returns 0 when none is left. The pointers live
+  // until the next call of GetNextPair.
   int GetNextPair(const OBS*& value, const char*& label) const;
   // Does the same and gives the value as its Type() bytes. REQUIRES: a set of strings.
   int GetNextPair(std::string& value, const char*& label) const;

@@ -3,56 +3,71 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <iterator>
-#include <map>
-#include <string_view>
+#include <nlohmann/json.hpp>
 
+#include "program/DictionaryJson.h"
 #include "program/Output.h"
-#include "standalone/Data/DataSource.h"
-#include "standalone/Data/HostAccess.h"
-#include "standalone/Data/Variable.h"
 
 namespace applydic {
 namespace {
 
 using Json = nlohmann::ordered_json;
+using velahost::Changes;
+using velahost::Dictionary;
+using velahost::Property;
 
 constexpr std::size_t kLineWidth = 100;
 
-std::string Names(const std::vector<const char*>& properties) {
-  return fmt::format("{}", fmt::join(properties, ", "));
+std::string NameAt(const Dictionary& dictionary, std::size_t column) {
+  return dictionary.variables[column]->name.String();
 }
 
-// How many variables changed in each property.
+// Adds how many variables changed in each property.
 void CountProperties(const std::vector<Changes::OfVariable>& changed, std::string& text) {
-  std::map<std::string_view, int> counts;
+  std::array<std::size_t, velahost::kItemCount<Property>> counts = {};
   for (const Changes::OfVariable& variable : changed) {
-    for (const char* property : variable.properties) ++counts[property];
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+      if (variable.properties.Has(static_cast<Property>(i))) ++counts[i];
+    }
   }
-  for (const char* property : velahost::kPropertyNames) {
-    if (counts[property] == 0) continue;
-    fmt::format_to(std::back_inserter(text), "  {:<11}  {:>5}\n", property, counts[property]);
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    if (counts[i] == 0) continue;
+    fmt::format_to(std::back_inserter(text), "  {:<11}  {:>5}\n", NameOf(static_cast<Property>(i)),
+                   counts[i]);
   }
 }
 
-// What changed of each variable, the names in a column of their own.
-void ListVariables(const std::vector<Changes::OfVariable>& changed, std::string& text) {
+// Adds a line for each changed variable: its name, in a column, and the properties that changed.
+void ListVariables(const Outcome& outcome, std::string& text) {
   constexpr std::size_t kWidestName = 32;
   std::size_t width = 0;
-  for (const Changes::OfVariable& variable : changed) {
-    width = std::max(width, std::min(WidthOf(variable.variable), kWidestName));
+  for (const Changes::OfVariable& variable : outcome.changes.changed) {
+    width = std::max(
+        width, std::min(WidthOf(outcome.dictionary.variables[variable.column]->name), kWidestName));
   }
-  for (const Changes::OfVariable& variable : changed) {
-    fmt::format_to(std::back_inserter(text), "  {:<{}}  {}\n", Visible(variable.variable), width,
-                   fmt::join(variable.properties, ", "));
+  for (const Changes::OfVariable& variable : outcome.changes.changed) {
+    fmt::format_to(std::back_inserter(text), "  {:<{}}  {}\n",
+                   MakeVisible(outcome.dictionary.variables[variable.column]->name), width,
+                   fmt::join(variable.properties.Names(), ", "));
   }
 }
 
-// The names, as many on a line as it holds.
+std::vector<std::string> AddedNames(const Outcome& outcome) {
+  std::vector<std::string> names;
+  for (std::size_t i = outcome.changes.firstAdded; i < outcome.dictionary.variables.size(); ++i) {
+    names.push_back(NameAt(outcome.dictionary, i));
+  }
+  return names;
+}
+
+// Adds the names, as many on a line as fit.
 void ListNames(const std::vector<std::string>& names, std::string& text) {
   std::string line;
   for (const std::string& name : names) {
-    std::string next = Visible(name);
+    std::string next = MakeVisible(name);
     if (!line.empty() && WidthOf(line) + 2 + WidthOf(next) > kLineWidth) {
       text += line + ",\n";
       line.clear();
@@ -65,63 +80,57 @@ void ListNames(const std::vector<std::string>& names, std::string& text) {
 
 }  // namespace
 
-Changes ChangesOf(const VELA_DataSource& dataSource) {
-  const VELA_DataSource::Impl& impl = HostAccess::Of(dataSource);
-  Changes changes;
-  for (std::size_t column = 0; column < impl.variables.size(); ++column) {
-    const VELA_Variable::Impl& variable = HostAccess::Of(impl.variables[column]);
-    if (column >= impl.readCount) {
-      changes.added.push_back(variable.name);
-      continue;
-    }
-    std::vector<const char*> properties =
-        velahost::DifferingProperties(variable.AsRead(), variable.now);
-    if (!properties.empty()) changes.changed.push_back({variable.name, std::move(properties)});
-  }
-  changes.file = velahost::DifferingProperties(impl.AsRead(), impl.now);
-  return changes;
-}
-
-std::string AccountText(const Changes& changes, const std::optional<std::string>& written) {
+std::string AccountText(const Outcome& outcome) {
+  const Changes& changes = outcome.changes;
   std::string text = fmt::format("Variables changed: {}\n", changes.changed.size());
   if (!changes.changed.empty()) {
     CountProperties(changes.changed, text);
     text += '\n';
-    ListVariables(changes.changed, text);
+    ListVariables(outcome, text);
     text += '\n';
   }
-  text += fmt::format("Variables added: {}\n", changes.added.size());
-  ListNames(changes.added, text);
-  text += fmt::format("File-level items changed: {}\n",
-                      changes.file.empty() ? "none" : Names(changes.file));
-  if (written) {
-    text += fmt::format("Written to {}\n", Visible(*written));
+  const std::vector<std::string> added = AddedNames(outcome);
+  text += fmt::format("Variables added: {}\n", added.size());
+  ListNames(added, text);
+  text += changes.file.Empty() ? "File-level items changed: none\n"
+                               : fmt::format("File-level items changed: {}\n",
+                                             fmt::join(changes.file.Names(), ", "));
+  if (outcome.written) {
+    text += fmt::format("Written to {}\n", MakeVisible(*outcome.written));
   } else {
     text += "Dry run: nothing written\n";
   }
   return text;
 }
 
-nlohmann::ordered_json OutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
-                                   const Changes& changes,
-                                   const std::optional<std::string>& written) {
+std::string OutcomeJsonText(const std::vector<velahost::Diagnostic>& diagnostics,
+                            const std::optional<Outcome>& outcome) {
   Json issued = Json::array();
   for (const velahost::Diagnostic& diagnostic : diagnostics) {
-    issued.push_back({{"level", diagnostic.level},
+    issued.push_back({{"level", static_cast<int>(diagnostic.level)},
                       {"show", diagnostic.show},
-                      {"text", diagnostic.text},
-                      {"arguments", diagnostic.arguments},
-                      {"message", diagnostic.message}});
+                      {"text", diagnostic.message.text},
+                      {"arguments", diagnostic.message.arguments},
+                      {"message", diagnostic.shown}});
   }
   Json changed = Json::array();
-  for (const Changes::OfVariable& variable : changes.changed) {
-    changed.push_back({{"variable", variable.variable}, {"properties", variable.properties}});
+  Json added = Json::array();
+  Json file = Json::array();
+  Json written = nullptr;
+  if (outcome) {
+    for (const Changes::OfVariable& variable : outcome->changes.changed) {
+      changed.push_back({{"variable", NameAt(outcome->dictionary, variable.column)},
+                         {"properties", variable.properties.Names()}});
+    }
+    added = AddedNames(*outcome);
+    file = outcome->changes.file.Names();
+    if (outcome->written) written = *outcome->written;
   }
-  return {{"diagnostics", std::move(issued)},
-          {"changed", std::move(changed)},
-          {"added", changes.added},
-          {"file", changes.file},
-          {"written", written ? Json(*written) : Json(nullptr)}};
+  return JsonText({{"diagnostics", std::move(issued)},
+                   {"changed", std::move(changed)},
+                   {"added", std::move(added)},
+                   {"file", std::move(file)},
+                   {"written", std::move(written)}});
 }
 
 }  // namespace applydic

@@ -1,38 +1,29 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "host/Data.h"
-#include "standalone/Output/Diagnostics.h"
+#include "standalone/Dictionary/Changes.h"
+#include "standalone/Dictionary/Dictionary.h"
+#include "standalone/Syntax/Diagnostics.h"
 
 namespace applydic {
 
-// What a run changed in the working file's dictionary.
-struct Changes {
-  struct OfVariable {
-    std::string variable;
-    std::vector<const char*> properties;  // of velahost::kPropertyNames, in their order
-  };
-
-  std::vector<OfVariable> changed;  // in file order
-  std::vector<std::string> added;   // the same
-  std::vector<const char*> file;    // of velahost::kFilePropertyNames, in their order
+// The result of a run that reported no error.
+struct Outcome {
+  velahost::Dictionary dictionary;  // as it is now
+  velahost::Changes changes;        // since it was read
+  // The path to which the codebook is written; nothing for a dry run.
+  std::optional<std::string> written;
 };
 
-// What differs between the data source as it was read and as it is now.
-Changes ChangesOf(const VELA_DataSource& dataSource);
+// Returns the account of a run for people, in lines.
+std::string AccountText(const Outcome& outcome);
 
-// The account of a run for people; written is the path where the codebook was written, none for a
-// dry run.
-std::string AccountText(const Changes& changes, const std::optional<std::string>& written);
-
-// The outcome of a run as the object of `applydic apply --json`, an interface like
-// DictionaryJson's. After an error there are no changes and nothing is written.
-nlohmann::ordered_json OutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
-                                   const Changes& changes,
-                                   const std::optional<std::string>& written);
+// Returns the object that `applydic apply --json` prints. Scripts read it, so it stays as it is,
+// like that of `show --json`. After an error there is no outcome: no changes, and nothing written.
+std::string OutcomeJsonText(const std::vector<velahost::Diagnostic>& diagnostics,
+                            const std::optional<Outcome>& outcome);
 
 }  // namespace applydic

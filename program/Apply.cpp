@@ -15,22 +15,22 @@
 #include <vector>
 
 #include "program/Account.h"
-#include "program/DictionaryJson.h"
 #include "program/Library.h"
 #include "program/Output.h"
-#include "standalone/Codebook/OpenCodebook.h"
+#include "program/SourceReader.h"
+#include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Files/SaveFile.h"
-#include "standalone/Host.h"
-#include "standalone/Output/Diagnostics.h"
+#include "standalone/Host/Host.h"
+#include "standalone/Syntax/Diagnostics.h"
 #include "standalone/Syntax/Tokenizer.h"
 
 namespace applydic {
 namespace {
 
-// What a syntax file may have: a pipe or a device need not have an end.
+// The most that a syntax file may have: a pipe or a device may have no end.
 constexpr std::size_t kMostMegabytes = 16;
 
-// A syntax file, whole; "-" is standard input.
+// Reads a whole syntax file; "-" is standard input. Throws Failure.
 std::string ReadSyntax(const std::string& path) {
   const bool isInput = path == "-";
   const std::string name = isInput ? "standard input" : path;
@@ -55,8 +55,6 @@ std::string ReadSyntax(const std::string& path) {
     throw Failure("Cannot read commands from " + name + ": " + std::strerror(errno) +
                   "; give a file of commands after --syntax, or a command after --command.");
   }
-  constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
-  if (text.starts_with(kByteOrderMark)) text.erase(0, std::strlen(kByteOrderMark));
   return text;
 }
 
@@ -65,14 +63,15 @@ std::vector<velahost::Command> ReadCommands(const ApplyOptions& options) {
                                                  : ReadSyntax(*options.syntaxFile));
 }
 
-// Where the codebook is to be written; none for a dry run.
+// The path to write the codebook to; nothing for a dry run.
 std::optional<std::string> Destination(const ApplyOptions& options,
-                                       const velahost::OpenedCodebook& working) {
+                                       const velahost::CodebookFile& working) {
   if (options.inPlace) return working.path;
   return options.output;
 }
 
-// A run writes onto none of the files that it has read as a source, save the working file.
+// Throws Failure if the destination is a file that the run read as a source, except the working
+// file.
 void RefuseSource(const std::string& destination, const velahost::FileIdentity& working,
                   const std::vector<velahost::FileIdentity>& sources) {
   const std::optional<velahost::FileIdentity> there = velahost::IdentityAt(destination);
@@ -82,7 +81,7 @@ void RefuseSource(const std::string& destination, const velahost::FileIdentity& 
                 ": the dictionary was read from this file; write to another file.");
 }
 
-// Writes the diagnostics of a run to standard error, each when it is new.
+// Writes the diagnostics of a run to standard error, each one once.
 class DiagnosticsWriter {
  public:
   explicit DiagnosticsWriter(const velahost::Diagnostics& diagnostics)
@@ -98,18 +97,17 @@ class DiagnosticsWriter {
   std::size_t written_ = 0;
 };
 
-void ReportFailure(const std::string& message) {
-  velahost::Report(BpShowMessage, BpLevelFailure, velahost::EscapeMessage(message), {});
-}
-
-// One call of the library. What it lets through is an error of the run.
-void Call(EntryPoint applyDictionary) {
+// Calls the library once. Reports what it throws as an error of the run.
+void Call(EntryPoint applyDictionary, velahost::Diagnostics& diagnostics) {
+  const auto fail = [&diagnostics](const std::string& message) {
+    diagnostics.Report(velahost::Severity::Failure, {velahost::EscapeMessage(message)});
+  };
   try {
     applyDictionary();
   } catch (const std::bad_alloc&) {
-    ReportFailure("There is not enough memory to carry the command out.");
+    fail("There is not enough memory to carry the command out.");
   } catch (const std::exception& exception) {
-    ReportFailure(std::string("The command could not be carried out: ") + exception.what());
+    fail(std::string("The command could not be carried out: ") + exception.what());
   }
 }
 
@@ -120,21 +118,22 @@ void RunCommands(velahost::Host& host, std::vector<velahost::Command> commands,
   diagnostics.WriteNew();
   for (velahost::Command& command : commands) {
     host.SetCommand(std::move(command));
-    Call(applyDictionary);
+    Call(applyDictionary, host.diagnostics);
     diagnostics.WriteNew();
     if (host.diagnostics.FatalError()) return;
   }
 }
 
-// A dry run writes too, to nowhere: it shows what cannot be written.
-void WriteWorking(const VELA_DataSource& working, const std::optional<std::string>& destination) {
-  if (!destination) return velahost::WriteCodebook(working, [](std::string_view) {});
-  velahost::SaveFile(*destination, [&](const velahost::ByteSink& sink) {
-    velahost::WriteCodebook(working, sink);
-  });
+// A dry run writes too, to nowhere, so that it meets what cannot be written.
+void WriteWorking(const velahost::CodebookFile& working, const Outcome& outcome) {
+  const auto write = [&](const velahost::ByteSink& sink) {
+    velahost::WriteCodebook(working, outcome.dictionary, outcome.changes, sink);
+  };
+  if (!outcome.written) return write([](std::string_view) {});
+  velahost::SaveFile(*outcome.written, write);
 }
 
-// Without it the codebook is written none the less, which the user must know.
+// Prints the account. If that fails, the codebook is written already, and the message says so.
 void WriteAccount(std::future<std::string> account, const std::optional<std::string>& destination) {
   const std::string written = destination ? " " + *destination + " is written." : "";
   try {
@@ -146,54 +145,33 @@ void WriteAccount(std::future<std::string> account, const std::optional<std::str
   }
 }
 
-// The source of a command while the host opens it ahead. However the run ends, it waits for that.
-class SourceAheadOf {
- public:
-  SourceAheadOf(velahost::Host& host, const velahost::Command& command) : host_(host) {
-    host_.sourceAhead.emplace(command);
-  }
-  SourceAheadOf(const SourceAheadOf&) = delete;
-  SourceAheadOf& operator=(const SourceAheadOf&) = delete;
-  ~SourceAheadOf() { host_.sourceAhead.reset(); }
-
- private:
-  velahost::Host& host_;
-};
-
 }  // namespace
 
-ExitStatus RunApply(const ApplyOptions& options) {
+ExitStatus RunApply(const ApplyOptions& options, velahost::Host& host) {
   const EntryPoint applyDictionary = LoadLibrary();
   std::vector<velahost::Command> commands = ReadCommands(options);
-  // Never destroyed: the program ends with the run, and the system takes all of its memory back at
-  // once. Its threads have ended before.
-  velahost::Host& host = *new velahost::Host;
-  const SourceAheadOf ahead(host, commands.front());
-  velahost::OpenedCodebook working = velahost::OpenCodebook(options.working);
+  const auto sources = std::make_shared<SourceReader>(commands.front());
+  host.openSource = [sources](const std::string& file) { return sources->Open(file); };
+  host.SetWorking(velahost::OpenCodebook(options.working));
+  const velahost::CodebookFile& working = host.WorkingFile();
   const std::optional<std::string> destination = Destination(options, working);
   if (destination) velahost::CheckCanSave(*destination);
-
-  host.SetWorking(std::move(working.dataSource));
-  for (const velahost::ReadingWarning& warning : working.warnings) {
-    velahost::Report(BpShowMessage, BpLevelTransferWarning, warning.text, warning.arguments);
-  }
   RunCommands(host, std::move(commands), applyDictionary);
 
   const std::vector<velahost::Diagnostic>& diagnostics = host.diagnostics.All();
   if (host.diagnostics.FatalError()) {
-    WriteOutput(options.json ? JsonText(OutcomeJson(diagnostics, {}, std::nullopt))
+    WriteOutput(options.json ? OutcomeJsonText(diagnostics, std::nullopt)
                              : "An error was reported: nothing written\n");
     return kErrorReported;
   }
 
-  if (destination) RefuseSource(*destination, working.identity, host.sourcesRead);
-  // The account is made while the codebook is written.
-  std::future<std::string> account = std::async([&] {
-    const Changes changes = ChangesOf(host.Working());
-    return options.json ? JsonText(OutcomeJson(diagnostics, changes, destination))
-                        : AccountText(changes, destination);
-  });
-  WriteWorking(host.Working(), destination);
+  if (destination) RefuseSource(*destination, working.identity, sources->Opened());
+  Outcome outcome{host.WorkingDictionary(), {}, destination};
+  outcome.changes = velahost::ChangesBetween(working.dictionary, outcome.dictionary);
+  // Make the account while the codebook is written.
+  std::future<std::string> account = std::async(
+      [&] { return options.json ? OutcomeJsonText(diagnostics, outcome) : AccountText(outcome); });
+  WriteWorking(working, outcome);
   WriteAccount(std::move(account), destination);
   return kDone;
 }

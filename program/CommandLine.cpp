@@ -58,8 +58,8 @@ class CommandLine {
     } catch (const CLI::ParseError& error) {
       Refuse(error.what());
     }
-    if (showCommand_->parsed()) return Show();
-    return Apply();
+    if (showCommand_->parsed()) return ReadShow();
+    return ReadApply();
   }
 
  private:
@@ -102,10 +102,10 @@ class CommandLine {
         ->disable_flag_override();
   }
 
-  Request Apply() {
-    apply_.command = IfGiven("--command", command_);
-    apply_.syntaxFile = IfGiven("--syntax", syntaxFile_);
-    apply_.output = IfGiven("--output", output_);
+  Request ReadApply() {
+    apply_.command = ValueOf("--command", command_);
+    apply_.syntaxFile = ValueOf("--syntax", syntaxFile_);
+    apply_.output = ValueOf("--output", output_);
     if (apply_.command.has_value() == apply_.syntaxFile.has_value()) {
       Refuse("Give exactly one of --command and --syntax");
     }
@@ -123,12 +123,12 @@ class CommandLine {
     return apply_;
   }
 
-  Request Show() {
+  Request ReadShow() {
     if (show_.file.empty()) Refuse("FILE is empty: name a file");
     return show_;
   }
 
-  std::optional<std::string> IfGiven(const std::string& option, const std::string& value) const {
+  std::optional<std::string> ValueOf(const std::string& option, const std::string& value) const {
     if (applyCommand_->count(option) == 0) return std::nullopt;
     return value;
   }

@@ -28,14 +28,14 @@ struct ShowOptions {
   bool json = false;
 };
 
-// A question about the program itself, answered already: help, or the version.
+// The answer to a question about the program itself: help, or the version.
 struct Answer {
   std::string text;
 };
 
 using Request = std::variant<Answer, ApplyOptions, ShowOptions>;
 
-// What the user asks for. Throws Failure for a wrong usage, with a hint at the help.
+// Reads what the user asks for. Throws Failure for wrong usage; the message names the help to read.
 Request ReadCommandLine(int argc, const char* const* argv);
 
 }  // namespace applydic

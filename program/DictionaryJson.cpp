@@ -2,27 +2,28 @@
 
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
+#include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
+#include <utility>
 #include <vector>
 
-#include "standalone/Data/Attributes.h"
-#include "standalone/Data/DataSource.h"
-#include "standalone/Data/HostAccess.h"
-#include "standalone/Data/ValueLabelSet.h"
-#include "standalone/Data/Variable.h"
-#include "standalone/Text/Utf8.h"
+#include "standalone/Text/Text.h"
 
 namespace applydic {
 namespace {
 
 using Json = nlohmann::ordered_json;
+using velahost::Dictionary;
+using velahost::Text;
 
 constexpr int kIndent = 2;
 
-Json TextJson(const std::optional<std::string>& text) { return text ? Json(*text) : Json(nullptr); }
+Json TextJson(const std::optional<Text>& text) {
+  return text ? Json(text->String()) : Json(nullptr);
+}
 
-// A whole number without a point; an infinite one, the open end of a range, as null.
+// Writes whole numbers without a point, and infinite ones, the open ends of ranges, as null.
 Json NumberJson(double number) {
   constexpr double kIntegersEnd = 9223372036854775808.0;  // 2^63
   if (std::isinf(number)) return nullptr;
@@ -32,98 +33,96 @@ Json NumberJson(double number) {
   return number;
 }
 
-Json StringJson(const std::string& value) {
-  return std::string(velahost::TrimTrailingBlanks(value));
-}
-
-Json AttributesJson(const DatasourceAttributes& attributes) {
-  const std::vector<velahost::Attribute>& all = HostAccess::Of(attributes).attributes;
+Json AttributesJson(const velahost::CustomAttributes& attributes) {
   Json::object_t object;
-  object.reserve(all.size());
-  // No name stands there twice, so none is looked for: an ordered object looks through all it has.
-  for (const velahost::Attribute& attribute : all) {
-    object.emplace_back(attribute.name, attribute.values);
+  object.reserve(attributes.size());
+  // Add without a search for the name, which takes linear time: no attribute stands there twice.
+  for (const velahost::Attribute& attribute : attributes) {
+    Json values = Json::array();
+    for (const Text& value : attribute.values) values.push_back(value.String());
+    object.emplace_back(attribute.name.String(), std::move(values));
   }
   return object;
 }
 
-Json SetsJson(const std::vector<VariableSet>& sets) {
+Json SetsJson(const Dictionary& dictionary, velahost::SetKind kind) {
   Json json = Json::array();
-  for (const VariableSet& set : sets) {
-    const bool hasLabel = set.flags[VariableSet::HasLabel];
-    json.push_back({{"name", set.name},
-                    {"label", hasLabel ? Json(set.label) : Json(nullptr)},
-                    {"variables", set.members}});
+  for (const velahost::VariableSet& set : dictionary.file.SetsOf(kind)) {
+    Json members = Json::array();
+    for (const int member : set.members) {
+      members.push_back(dictionary.variables[static_cast<std::size_t>(member)]->name.String());
+    }
+    json.push_back({{"name", set.name.String()},
+                    {"label", TextJson(set.label)},
+                    {"variables", std::move(members)}});
   }
   return json;
 }
 
-Json FileJson(const VELA_DataSource::Impl& dataSource) {
-  const velahost::FileProperties& file = dataSource.now;
+Json FileJson(const Dictionary& dictionary) {
+  const velahost::FileItems& file = dictionary.file;
   Json documents = Json::array();
-  for (const DSDocument& document : file.documents) {
-    documents.push_back(HostAccess::TextOf(document));
-  }
+  for (const Text& document : file.documents) documents.push_back(document.String());
   Json weight = nullptr;
   if (file.weight >= 0) {
-    weight = HostAccess::Of(dataSource.variables[static_cast<std::size_t>(file.weight)]).name;
+    weight = dictionary.variables[static_cast<std::size_t>(file.weight)]->name.String();
   }
   return {{"label", TextJson(file.label)},
           {"documents", documents},
           {"weight", weight},
           {"attributes", AttributesJson(file.attributes)},
-          {"mrsets", SetsJson(file.sets[VarSetsMrSets])},
-          {"varsets", SetsJson(file.sets[VarSetsVariableSets])}};
+          {"mrsets", SetsJson(dictionary, velahost::SetKind::MultipleResponse)},
+          {"varsets", SetsJson(dictionary, velahost::SetKind::Variables)}};
 }
 
-Json ValueLabelsJson(const VELA_VLImplPointer& handle) {
+Json ValueLabelsJson(const velahost::SharedValueLabels& set) {
   Json json = Json::array();
-  const VELA_VLImpl* set = HostAccess::Of(handle);
-  if (set == nullptr) return json;
-  for (int i = 0; i < set->Size(); ++i) {
+  if (!set) return json;
+  for (const velahost::ValueLabel& pair : *set) {
     json.push_back(
-        {{"value", set->Type() == 0 ? NumberJson(set->NumberAt(i)) : StringJson(set->StringAt(i))},
-         {"label", set->LabelAt(i)}});
+        {{"value", set->IsNumeric() ? NumberJson(pair.number) : Json(pair.string.String())},
+         {"label", pair.label.String()}});
   }
   return json;
 }
 
-Json MissingJson(const velahost::MissingValues& missing, int type) {
+Json MissingJson(const velahost::MissingValues& missing) {
   Json values = Json::array();
-  for (std::size_t i = 0; i < static_cast<std::size_t>(std::abs(missing.count)); ++i) {
-    values.push_back(type == 0 ? NumberJson(missing.numbers[i]) : StringJson(missing.strings[i]));
+  if (missing.range) {
+    values.push_back(NumberJson(missing.range->first));
+    values.push_back(NumberJson(missing.range->second));
   }
-  return {{"count", missing.count}, {"values", values}};
+  for (const double number : missing.numbers) values.push_back(NumberJson(number));
+  for (const Text& string : missing.strings) values.push_back(string.String());
+  return {{"count", missing.Count()}, {"values", values}};
 }
 
 Json FormatJson(const velahost::Format& format) {
-  return {{"type", velahost::NameOf(format.type)},
-          {"width", format.width},
-          {"decimals", format.decimals}};
+  return {
+      {"type", format.letters.String()}, {"width", format.width}, {"decimals", format.decimals}};
 }
 
-Json VariableJson(const VELA_Variable::Impl& variable) {
-  const velahost::VariableProperties& now = variable.now;
-  const char* level = velahost::NameOf(now.level);
-  return {{"name", variable.name},
+Json VariableJson(const velahost::Variable& variable) {
+  const char* level = NameOf(variable.level);
+  return {{"name", variable.name.String()},
           {"type", variable.type},
-          {"label", TextJson(now.label)},
-          {"valueLabels", ValueLabelsJson(now.valueLabels)},
-          {"missing", MissingJson(now.missing, variable.type)},
-          {"print", FormatJson(now.print)},
-          {"write", FormatJson(now.write)},
-          {"columnWidth", now.columnWidth},
+          {"label", TextJson(variable.label)},
+          {"valueLabels", ValueLabelsJson(variable.valueLabels)},
+          {"missing", MissingJson(variable.missing)},
+          {"print", FormatJson(variable.print)},
+          {"write", FormatJson(variable.write)},
+          {"columnWidth", variable.columnWidth},
           {"level", level == nullptr ? Json(nullptr) : Json(level)},
-          {"role", velahost::NameOf(now.role)},
-          {"alignment", velahost::NameOf(now.alignment)},
-          {"attributes", AttributesJson(now.attributes)}};
+          {"role", NameOf(variable.role)},
+          {"alignment", NameOf(variable.alignment)},
+          {"attributes", AttributesJson(variable.attributes)}};
 }
 
 std::string Dump(const Json& json) {
   return json.dump(kIndent, ' ', false, Json::error_handler_t::replace);
 }
 
-// The text of a value, each line behind the first indented to stand so deep in another value.
+// Returns the text of a value, with each line after the first indented for that depth.
 std::string TextAt(std::size_t depth, const Json& json) {
   std::string indented;
   // A line feed in a string is spelled \n, so each that stands here ends a line.
@@ -136,15 +135,14 @@ std::string TextAt(std::size_t depth, const Json& json) {
 
 }  // namespace
 
-void WriteDictionaryJson(const VELA_DataSource& dataSource, const velahost::ByteSink& sink) {
-  const VELA_DataSource::Impl& impl = HostAccess::Of(dataSource);
-  sink("{\n  \"file\": " + TextAt(1, FileJson(impl)) + ",\n  \"variables\": [");
+void WriteDictionaryJson(const Dictionary& dictionary, const velahost::ByteSink& sink) {
+  sink("{\n  \"file\": " + TextAt(1, FileJson(dictionary)) + ",\n  \"variables\": [");
   const char* before = "\n    ";
-  for (const VELA_Variable& variable : impl.variables) {
-    sink(before + TextAt(2, VariableJson(HostAccess::Of(variable))));
+  for (const std::shared_ptr<const velahost::Variable>& variable : dictionary.variables) {
+    sink(before + TextAt(2, VariableJson(*variable)));
     before = ",\n    ";
   }
-  sink(impl.variables.empty() ? "]\n}\n" : "\n  ]\n}\n");
+  sink(dictionary.variables.empty() ? "]\n}\n" : "\n  ]\n}\n");
 }
 
 std::string JsonText(const nlohmann::ordered_json& json) { return Dump(json) + "\n"; }

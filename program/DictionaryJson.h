@@ -1,19 +1,20 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
-#include "host/Data.h"
-#include "standalone/Codebook/OpenCodebook.h"
+#include "standalone/Dictionary/Dictionary.h"
+#include "standalone/Files/File.h"
 
 namespace applydic {
 
-// Writes the dictionary of a data source as the object of `applydic show --json`, no more than one
-// variable at a time: others script against it, so its keys, their order and the kinds of their
-// values stay as they are. Lines and bytes that are no character are as JsonText has them.
-void WriteDictionaryJson(const VELA_DataSource& dataSource, const velahost::ByteSink& sink);
+// Writes a dictionary as the object that `applydic show --json` prints; at most one variable is
+// held as text at a time. Scripts read it: its keys, their order and the kinds of their values stay
+// as they are. The layout is that of JsonText. What the sink throws passes on.
+void WriteDictionaryJson(const velahost::Dictionary& dictionary, const velahost::ByteSink& sink);
 
-// The object as text, on lines of its own; bytes that are no character are replaced.
+// Returns the object as indented text with a line feed at its end. Replaces bytes that are no
+// character by U+FFFD.
 std::string JsonText(const nlohmann::ordered_json& json);
 
 }  // namespace applydic

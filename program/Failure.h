@@ -4,7 +4,7 @@
 
 namespace applydic {
 
-// What the program ends with.
+// The exit statuses of the program.
 enum ExitStatus : int {
   kDone = 0,           // warnings included
   kErrorReported = 1,  // the run reported an error; nothing is written

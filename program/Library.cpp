@@ -9,8 +9,8 @@
 namespace applydic {
 
 EntryPoint LoadLibrary() {
-  // By its bare name: the program's run path leads to it. The host operations that it imports are
-  // found in the standalone host, which the program is linked to.
+  // The program's run path leads to the library, so its bare name is enough. The host operations
+  // that it imports are found in the standalone host, which the program is linked to.
   void* library = dlopen("libvelawapd.so", RTLD_NOW | RTLD_LOCAL);
   void* entry = library == nullptr ? nullptr : dlsym(library, "applydic_");
   if (entry == nullptr) {

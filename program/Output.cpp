@@ -24,7 +24,7 @@ bool WriteAll(int descriptor, std::string_view text) {
 }
 
 void WriteLine(const char* kind, std::string_view message) {
-  WriteAll(STDERR_FILENO, fmt::format("applydic: {}: {}\n", kind, Visible(message)));
+  WriteAll(STDERR_FILENO, fmt::format("applydic: {}: {}\n", kind, MakeVisible(message)));
 }
 
 bool IsHidden(int code) {
@@ -34,7 +34,7 @@ bool IsHidden(int code) {
          (code >= 0x2066 && code <= 0x2069);
 }
 
-std::string Spelled(int code) {
+std::string Spell(int code) {
   switch (code) {
     case '\n':
       return "\\n";
@@ -60,14 +60,14 @@ void WriteWarning(std::string_view message) { WriteLine("warning", message); }
 void WriteError(std::string_view message) { WriteLine("error", message); }
 
 void WriteDiagnostic(const velahost::Diagnostic& diagnostic) {
-  if (diagnostic.level >= BpLevelError) {
-    WriteError(diagnostic.message);
+  if (diagnostic.level >= velahost::Severity::Error) {
+    WriteError(diagnostic.shown);
   } else {
-    WriteWarning(diagnostic.message);
+    WriteWarning(diagnostic.shown);
   }
 }
 
-std::string Visible(std::string_view text) {
+std::string MakeVisible(std::string_view text) {
   std::string visible;
   visible.reserve(text.size());
   for (std::size_t position = 0; position < text.size();) {
@@ -75,7 +75,7 @@ std::string Visible(std::string_view text) {
     if (character.code < 0) {
       visible += fmt::format("\\x{:02X}", static_cast<unsigned char>(text[position]));
     } else if (IsHidden(character.code)) {
-      visible += Spelled(character.code);
+      visible += Spell(character.code);
     } else {
       visible += text.substr(position, character.length);
     }
@@ -92,11 +92,11 @@ std::size_t WidthOf(std::string_view text) {
   return width;
 }
 
-std::string List(const std::vector<std::string>& texts) {
+std::string JoinVisible(const std::vector<std::string>& texts) {
   std::string list;
   for (const std::string& text : texts) {
     if (!list.empty()) list += ", ";
-    list += Visible(text);
+    list += MakeVisible(text);
   }
   return list;
 }

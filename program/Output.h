@@ -5,28 +5,28 @@
 #include <string_view>
 #include <vector>
 
-#include "standalone/Output/Diagnostics.h"
+#include "standalone/Syntax/Diagnostics.h"
 
 namespace applydic {
 
-// Writes a text to standard output, whole: throws Failure when it cannot.
+// Writes the whole text to standard output. Throws Failure if that fails.
 void WriteOutput(std::string_view text);
 
 // Write one line to standard error: "applydic: warning: " or "applydic: error: " and the message,
-// with control characters made visible. A failure is not told: there is no one left to tell.
+// with control characters made visible. Ignore failures: there is nowhere else to report them.
 void WriteWarning(std::string_view message);
 void WriteError(std::string_view message);
-// The same for a diagnostic of a run, by its level.
+// Does the same for a diagnostic of a run: an error from level 3 on, else a warning.
 void WriteDiagnostic(const velahost::Diagnostic& diagnostic);
 
-// The text on one line of a terminal: control characters, line separators, characters that turn the
-// direction of writing and bytes that are no character are spelled with a backslash.
-std::string Visible(std::string_view text);
+// Makes a text safe for one line of a terminal: spells control characters, line separators,
+// characters that change the direction of writing and bytes that are no character with a backslash.
+std::string MakeVisible(std::string_view text);
 
 // The number of characters in a text: its width in a column.
 std::size_t WidthOf(std::string_view text);
 
-// Visible texts with ", " between them.
-std::string List(const std::vector<std::string>& texts);
+// Joins texts, each made visible, with ", " between them.
+std::string JoinVisible(const std::vector<std::string>& texts);
 
 }  // namespace applydic

@@ -10,21 +10,19 @@
 
 #include "program/DictionaryJson.h"
 #include "program/Output.h"
-#include "standalone/Codebook/OpenCodebook.h"
-#include "standalone/Data/Attributes.h"
-#include "standalone/Data/DataSource.h"
-#include "standalone/Data/HostAccess.h"
-#include "standalone/Data/ValueLabelSet.h"
-#include "standalone/Data/Variable.h"
-#include "standalone/Output/Diagnostics.h"
+#include "standalone/Codebook/CodebookFile.h"
+#include "standalone/Text/Message.h"
 #include "standalone/Text/Numbers.h"
 #include "standalone/Text/Utf8.h"
 
 namespace applydic {
 namespace {
 
-// A listing of items: a name in a column of its own, and what it has to say beside it, on as many
-// lines as there are texts.
+using velahost::Dictionary;
+using velahost::Text;
+
+// Lines of a name, in a column of its own, and a text. An item of several texts has its name on the
+// first of its lines.
 class Listing {
  public:
   void Title(const std::string& text) { fmt::format_to(End(), "{}\n", text); }
@@ -48,133 +46,119 @@ class Listing {
   std::string text_;
 };
 
-std::vector<std::string> Lines(const std::string& text) {
+std::vector<std::string> Lines(std::string_view text) {
   std::vector<std::string> lines;
   std::size_t start = 0;
-  for (std::size_t end = 0; (end = text.find('\n', start)) != std::string::npos; start = end + 1) {
-    lines.push_back(Visible(text.substr(start, end - start)));
+  for (std::size_t end = 0; (end = text.find('\n', start)) != std::string_view::npos;
+       start = end + 1) {
+    lines.push_back(MakeVisible(text.substr(start, end - start)));
   }
-  lines.push_back(Visible(text.substr(start)));
+  lines.push_back(MakeVisible(text.substr(start)));
   return lines;
 }
 
-std::vector<std::string> AttributeTexts(const DatasourceAttributes& attributes) {
+std::vector<std::string> AttributeTexts(const velahost::CustomAttributes& attributes) {
   std::vector<std::string> texts;
-  for (const velahost::Attribute& attribute : HostAccess::Of(attributes).attributes) {
-    texts.push_back(Visible(attribute.name) + ": " + List(attribute.values));
+  for (const velahost::Attribute& attribute : attributes) {
+    const std::vector<std::string> values(attribute.values.begin(), attribute.values.end());
+    texts.push_back(MakeVisible(attribute.name) + ": " + JoinVisible(values));
   }
   return texts;
 }
 
-std::vector<std::string> SetTexts(const std::vector<VariableSet>& sets) {
+std::string NameAt(const Dictionary& dictionary, int column) {
+  return dictionary.variables[static_cast<std::size_t>(column)]->name.String();
+}
+
+std::vector<std::string> SetTexts(const Dictionary& dictionary, velahost::SetKind kind) {
   std::vector<std::string> texts;
-  for (const VariableSet& set : sets) {
-    const std::string label = set.flags[VariableSet::HasLabel] ? " (" + set.label + ")" : "";
-    texts.push_back(Visible(set.name + label) + ": " + List(set.members));
+  for (const velahost::VariableSet& set : dictionary.file.SetsOf(kind)) {
+    const std::string label = set.label ? " (" + set.label->String() + ")" : "";
+    std::vector<std::string> members;
+    for (const int member : set.members) members.push_back(NameAt(dictionary, member));
+    texts.push_back(MakeVisible(set.name.String() + label) + ": " + JoinVisible(members));
   }
   return texts;
 }
 
-void ListFile(const VELA_DataSource::Impl& dataSource, Listing& listing) {
-  const velahost::FileProperties& file = dataSource.now;
+void ListFile(const Dictionary& dictionary, Listing& listing) {
+  const velahost::FileItems& file = dictionary.file;
   listing.Title("File");
-  if (file.label) listing.Item("label", Visible(*file.label));
-  for (const DSDocument& document : file.documents) {
-    listing.Items("document", Lines(HostAccess::TextOf(document)));
-  }
-  if (file.weight >= 0) {
-    const VELA_Variable& weight = dataSource.variables[static_cast<std::size_t>(file.weight)];
-    listing.Item("weight", Visible(HostAccess::Of(weight).name));
-  }
+  if (file.label) listing.Item("label", MakeVisible(*file.label));
+  for (const Text& document : file.documents) listing.Items("document", Lines(document));
+  if (file.weight >= 0) listing.Item("weight", MakeVisible(NameAt(dictionary, file.weight)));
   listing.Items("attributes", AttributeTexts(file.attributes));
-  listing.Items("mrsets", SetTexts(file.sets[VarSetsMrSets]));
-  listing.Items("varsets", SetTexts(file.sets[VarSetsVariableSets]));
-  listing.Item("variables", std::to_string(dataSource.variables.size()));
+  listing.Items("mrsets", SetTexts(dictionary, velahost::SetKind::MultipleResponse));
+  listing.Items("varsets", SetTexts(dictionary, velahost::SetKind::Variables));
+  listing.Item("variables", std::to_string(dictionary.variables.size()));
 }
 
-std::string StringText(const std::string& value) {
-  return "'" + Visible(velahost::TrimTrailingBlanks(value)) + "'";
-}
+std::string StringText(const Text& value) { return "'" + MakeVisible(value) + "'"; }
 
-std::vector<std::string> ValueLabelTexts(const VELA_VLImplPointer& handle) {
-  const VELA_VLImpl* set = HostAccess::Of(handle);
+std::vector<std::string> ValueLabelTexts(const velahost::SharedValueLabels& set) {
   std::vector<std::string> values;
   std::vector<std::string> texts;
-  if (set == nullptr) return texts;
+  if (!set) return texts;
   std::size_t width = 0;
-  for (int i = 0; i < set->Size(); ++i) {
-    values.push_back(set->Type() == 0 ? velahost::WriteNumber(set->NumberAt(i))
-                                      : StringText(set->StringAt(i)));
+  for (const velahost::ValueLabel& pair : *set) {
+    values.push_back(set->IsNumeric() ? velahost::WriteNumber(pair.number)
+                                      : StringText(pair.string));
     width = std::max(width, WidthOf(values.back()));
   }
-  const char* align = set->Type() == 0 ? "{:>{}}  {}" : "{:<{}}  {}";
-  for (int i = 0; i < set->Size(); ++i) {
-    texts.push_back(fmt::format(fmt::runtime(align), values[static_cast<std::size_t>(i)], width,
-                                Visible(set->LabelAt(i))));
+  const char* align = set->IsNumeric() ? "{:>{}}  {}" : "{:<{}}  {}";
+  for (std::size_t i = 0; i < set->Size(); ++i) {
+    texts.push_back(
+        fmt::format(fmt::runtime(align), values[i], width, MakeVisible((*set)[i].label)));
   }
   return texts;
 }
 
-std::string MissingText(const velahost::MissingValues& missing, int type) {
-  const auto value = [&missing, type](std::size_t i) -> std::string {
-    if (type != 0) return StringText(missing.strings[i]);
-    const double number = missing.numbers[i];
-    if (std::isinf(number)) return number < 0 ? "lowest" : "highest";
-    return velahost::WriteNumber(number);
-  };
-  const auto count = static_cast<std::size_t>(std::abs(missing.count));
-  std::string text;
-  std::size_t next = 0;
-  if (missing.count < 0) {
-    text = value(0) + " to " + value(1);
-    next = 2;
+std::string BoundText(double number) {
+  if (std::isinf(number)) return number < 0 ? "lowest" : "highest";
+  return velahost::WriteNumber(number);
+}
+
+std::string MissingText(const velahost::MissingValues& missing) {
+  std::vector<std::string> texts;
+  if (missing.range) {
+    texts.push_back(BoundText(missing.range->first) + " to " + BoundText(missing.range->second));
   }
-  for (; next < count; ++next) text += (text.empty() ? "" : ", ") + value(next);
-  return text;
+  for (const double number : missing.numbers) texts.push_back(velahost::WriteNumber(number));
+  for (const Text& string : missing.strings) texts.push_back(StringText(string));
+  return fmt::format("{}", fmt::join(texts, ", "));
 }
 
-std::string FormatText(const velahost::Format& format) {
-  std::string text = velahost::NameOf(format.type) + std::to_string(format.width);
-  if (format.decimals > 0) text += "." + std::to_string(format.decimals);
-  return text;
+std::string FormatsText(const velahost::Variable& variable) {
+  const std::string print = TextOf(variable.print);
+  return variable.print == variable.write ? print : print + ", write " + TextOf(variable.write);
 }
 
-// The alignment of a variable that is given none.
-velahost::Alignment UsualAlignment(int type) {
-  return type == 0 ? velahost::Enumerations::AlignRight : velahost::Enumerations::AlignLeft;
-}
-
-// Properties that say nothing of their own are left out.
-void ListVariable(const VELA_Variable::Impl& variable, Listing& listing) {
-  const velahost::VariableProperties& now = variable.now;
+// Leaves out properties that are absent or have their default.
+void ListVariable(const velahost::Variable& variable, Listing& listing) {
   const std::string type =
-      variable.type == 0 ? "number" : "string of " + std::to_string(variable.type);
-  listing.Title("\n" + Visible(variable.name) + "  (" + type + ")");
-  if (now.label) listing.Item("label", Visible(*now.label));
-  listing.Items("value labels", ValueLabelTexts(now.valueLabels));
-  if (now.missing.count != 0) {
-    listing.Item("missing values", MissingText(now.missing, variable.type));
+      variable.IsNumeric() ? "number" : "string of " + std::to_string(variable.type);
+  listing.Title("\n" + MakeVisible(variable.name) + "  (" + type + ")");
+  if (variable.label) listing.Item("label", MakeVisible(*variable.label));
+  listing.Items("value labels", ValueLabelTexts(variable.valueLabels));
+  if (!variable.missing.Empty()) listing.Item("missing values", MissingText(variable.missing));
+  listing.Item("format", FormatsText(variable));
+  if (variable.columnWidth != 0) {
+    listing.Item("column width", std::to_string(variable.columnWidth));
   }
-  listing.Item("format", now.print == now.write
-                             ? FormatText(now.print)
-                             : FormatText(now.print) + ", write " + FormatText(now.write));
-  if (now.columnWidth != 0) listing.Item("column width", std::to_string(now.columnWidth));
-  if (const char* level = velahost::NameOf(now.level)) listing.Item("level", level);
-  if (now.role != velahost::Enumerations::RoleInput) {
-    listing.Item("role", velahost::NameOf(now.role));
+  if (const char* level = NameOf(variable.level)) listing.Item("level", level);
+  if (variable.role != velahost::Role::Input) listing.Item("role", NameOf(variable.role));
+  if (variable.alignment != velahost::DefaultAlignment(variable.type)) {
+    listing.Item("alignment", NameOf(variable.alignment));
   }
-  if (now.alignment != UsualAlignment(variable.type)) {
-    listing.Item("alignment", velahost::NameOf(now.alignment));
-  }
-  listing.Items("attributes", AttributeTexts(now.attributes));
+  listing.Items("attributes", AttributeTexts(variable.attributes));
 }
 
-// The dictionary of a large file takes many times the file's size as JSON, so it is written as it
-// is made.
-void WriteJson(const VELA_DataSource& dataSource) {
+// Writes the text piece by piece: as JSON, the dictionary of a large file takes many times the
+// file's size.
+void WriteJson(const Dictionary& dictionary) {
   constexpr std::size_t kAtOnce = std::size_t{1} << 16;
   std::string text;
-  WriteDictionaryJson(dataSource, [&text](std::string_view piece) {
+  WriteDictionaryJson(dictionary, [&text](std::string_view piece) {
     text += piece;
     if (text.size() < kAtOnce) return;
     WriteOutput(text);
@@ -185,26 +169,23 @@ void WriteJson(const VELA_DataSource& dataSource) {
 
 }  // namespace
 
-std::string DictionaryText(const VELA_DataSource& dataSource) {
-  const VELA_DataSource::Impl& impl = HostAccess::Of(dataSource);
+std::string DictionaryText(const Dictionary& dictionary) {
   Listing listing;
-  ListFile(impl, listing);
-  for (const VELA_Variable& variable : impl.variables) {
-    ListVariable(HostAccess::Of(variable), listing);
+  ListFile(dictionary, listing);
+  for (const std::shared_ptr<const velahost::Variable>& variable : dictionary.variables) {
+    ListVariable(*variable, listing);
   }
   return listing.Text();
 }
 
 ExitStatus RunShow(const ShowOptions& options) {
-  const velahost::OpenedCodebook opened =
+  const velahost::CodebookFile file =
       velahost::OpenCodebook(options.file, velahost::OpenFor::Reading);
-  for (const velahost::ReadingWarning& warning : opened.warnings) {
-    WriteWarning(velahost::Render(warning.text, warning.arguments));
-  }
+  for (const velahost::Message& warning : file.warnings) WriteWarning(velahost::Render(warning));
   if (options.json) {
-    WriteJson(*opened.dataSource);
+    WriteJson(file.dictionary);
   } else {
-    WriteOutput(DictionaryText(*opened.dataSource));
+    WriteOutput(DictionaryText(file.dictionary));
   }
   return kDone;
 }

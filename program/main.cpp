@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <new>
 #include <variant>
@@ -15,25 +16,26 @@
 namespace applydic {
 namespace {
 
-// A closed pipe and a full quota are failures of the write that meets them, to be told.
+// Without the signals, a write to a closed pipe or beyond a limit fails, and the program reports
+// it.
 void IgnoreSignalsOfWriting() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
 }
 
-// Sees to it that no file that is opened takes the place of a closed standard stream: what is
-// written for people would go into it. What stands there instead fails when it is used.
+// Opens something in the place of each closed standard stream: else the next file that is opened
+// would take that place, and messages would go into it. What is opened here fails when it is used.
 void KeepStandardStreams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(stream, F_GETFD) != -1) continue;
-    // The lowest number that is free: this stream's.
+    // A new file takes the lowest free number, which is this stream's.
     const int mode = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
     if (open("/dev/null", mode) != stream) std::terminate();
   }
 }
 
-ExitStatus Run(const Request& request) {
-  if (const auto* apply = std::get_if<ApplyOptions>(&request)) return RunApply(*apply);
+ExitStatus Run(const Request& request, velahost::Host& host) {
+  if (const auto* apply = std::get_if<ApplyOptions>(&request)) return RunApply(*apply, host);
   if (const auto* show = std::get_if<ShowOptions>(&request)) return RunShow(*show);
   WriteOutput(std::get<Answer>(request).text);
   return kDone;
@@ -45,8 +47,12 @@ ExitStatus Run(const Request& request) {
 int main(int argc, char** argv) {
   applydic::IgnoreSignalsOfWriting();
   applydic::KeepStandardStreams();
+  velahost::Host host;
   try {
-    return applydic::Run(applydic::ReadCommandLine(argc, argv));
+    const int status = applydic::Run(applydic::ReadCommandLine(argc, argv), host);
+    // Everything is written. To take the host's dictionaries apart piece by piece would only give
+    // back memory that the system takes back at once.
+    std::_Exit(status);
   } catch (const std::bad_alloc&) {
     applydic::WriteError("There is not enough memory.");
   } catch (const std::exception& exception) {

@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "standalone/Data/Attributes.h"
 #include "tests/HostRun.h"
 
 // The dictionary as JSON, of files that are large.
@@ -14,17 +13,18 @@ namespace {
 
 constexpr int kMany = 2000;
 
-velahost::OpenedCodebook OpenedWithVariables(int count) {
+velahost::Dictionary DictionaryWithVariables(int count) {
   std::string text = "<codeBook><dataDscr>";
   for (int i = 0; i < count; ++i) text += "<var name='v" + std::to_string(i) + "'/>";
-  return velahost::OpenCodebookText("many", text + "</dataDscr></codeBook>", std::nullopt);
+  text += "</dataDscr></codeBook>";
+  return velahost::OpenCodebook("many", velahost::Bytes(text), std::nullopt).dictionary;
 }
 
 TEST(DictionaryJson, IsHeldOneVariableAtATime) {
-  const velahost::OpenedCodebook opened = OpenedWithVariables(kMany);
+  const velahost::Dictionary dictionary = DictionaryWithVariables(kMany);
   std::size_t pieces = 0;
   std::size_t longest = 0;
-  applydic::WriteDictionaryJson(*opened.dataSource, [&](std::string_view piece) {
+  applydic::WriteDictionaryJson(dictionary, [&](std::string_view piece) {
     ++pieces;
     longest = std::max(longest, piece.size());
   });
@@ -34,8 +34,8 @@ TEST(DictionaryJson, IsHeldOneVariableAtATime) {
 
 TEST(DictionaryJson, IsLaidOutAsOneObject) {
   for (const int count : {0, 1, 3}) {
-    const velahost::OpenedCodebook opened = OpenedWithVariables(count);
-    const std::string text = DictionaryJsonText(*opened.dataSource);
+    const velahost::Dictionary dictionary = DictionaryWithVariables(count);
+    const std::string text = DictionaryJsonText(dictionary);
     EXPECT_EQ(text, nlohmann::ordered_json::parse(text).dump(2) + "\n");
   }
 }
@@ -44,11 +44,12 @@ TEST(DictionaryJson, IsLaidOutAsOneObject) {
 // with the sanitizers at least.
 TEST(DictionaryJson, TakesAttributesWithoutLookingForThem) {
   constexpr int kAttributes = 200'000;
-  const velahost::OpenedCodebook opened = OpenedWithVariables(1);
-  VELA_Variable::Impl& variable = HostAccess::Of(HostAccess::Of(*opened.dataSource).variables[0]);
-  auto& attributes = HostAccess::Of(variable.now.attributes).attributes;
-  for (int i = 0; i < kAttributes; ++i) attributes.push_back({std::to_string(i), {"value"}});
-  const std::string text = DictionaryJsonText(*opened.dataSource);
+  velahost::Dictionary dictionary = DictionaryWithVariables(1);
+  for (int i = 0; i < kAttributes; ++i) {
+    dictionary.file.attributes.push_back(
+        {velahost::Text(std::to_string(i)), {velahost::Text("value")}});
+  }
+  const std::string text = DictionaryJsonText(dictionary);
   std::size_t at = 0;
   for (int i = 0; i < kAttributes && at != std::string::npos; ++i) {
     at = text.find("\"" + std::to_string(i) + "\": [\n", at);

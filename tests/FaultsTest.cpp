@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/Exceptions.h"
+#include "host/Output.h"
 #include "program/Show.h"
 #include "tests/HostRun.h"
 
@@ -68,6 +69,12 @@ class FaultyRun {
 
   FaultyRun(Hosted& hosted, const std::string& command, std::size_t place, Fault fault)
       : hosted_(hosted), diagnosticsBefore_(hosted.host.diagnostics.All().size()) {
+    bool hasOpened = false;
+    hosted.host.openSource = [&hasOpened](const std::string& file) {
+      velahost::CodebookFile opened = velahost::OpenCodebook(file);
+      hasOpened = true;
+      return opened;
+    };
     const Watch watch(
         [&](const std::string& operation) {
           released_.resize(calls.size() + 1, endsContext_);
@@ -94,7 +101,7 @@ class FaultyRun {
       passedOn = error.message;
     }
     // A file that could not be opened never was.
-    if (hosted.host.sourcesRead.empty() && alive["UserInputCaseFile"] == 1) {
+    if (!hasOpened && alive["UserInputCaseFile"] == 1) {
       alive["UserInputCaseFile"] = 0;
     }
   }
@@ -102,17 +109,16 @@ class FaultyRun {
   // What the host holds, without what was released.
   std::string State() const {
     const velahost::Host& host = hosted_.host;
-    return applydic::DictionaryText(hosted_.host.Working()) + " active " +
+    return applydic::DictionaryText(hosted_.host.WorkingDictionary()) + " active " +
            (host.active == &hosted_.host.Working() ? "working" : "other") + " weight " +
-           std::to_string(host.legacyWeight) + " indexed " + std::to_string(host.reIndexed) +
-           " messages " + std::to_string(host.diagnostics.All().size() - diagnosticsBefore_);
+           std::to_string(host.legacyWeight) + " messages " +
+           std::to_string(host.diagnostics.All().size() - diagnosticsBefore_);
   }
   // The messages of this run.
   std::vector<std::string> Messages() const {
     std::vector<std::string> messages;
     const auto& all = hosted_.host.diagnostics.All();
-    for (std::size_t i = diagnosticsBefore_; i < all.size(); ++i)
-      messages.push_back(all[i].message);
+    for (std::size_t i = diagnosticsBefore_; i < all.size(); ++i) messages.push_back(all[i].shown);
     return messages;
   }
   // Whether an ErrorText of the call at the place is caught.
@@ -179,7 +185,7 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
     calls = run.calls;
     states = run.states;
     messages = run.Messages();
-    outcome = applydic::DictionaryText(hosted.host.Working());
+    outcome = applydic::DictionaryText(hosted.host.WorkingDictionary());
     for (std::size_t i = 0; i < calls.size(); ++i) caught.push_back(run.IsCaught(i));
   }
   for (std::size_t i = 0; i < calls.size(); ++i) {
@@ -194,8 +200,8 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
       std::string state = states[i];
       if (isCaught) {
         const auto& last = hosted.host.diagnostics.All().back();
-        EXPECT_EQ(last.message, "the call failed");
-        EXPECT_EQ(last.level, BpLevelFailure);
+        EXPECT_EQ(last.shown, "the call failed");
+        EXPECT_EQ(last.level, velahost::Severity::Failure);
         EXPECT_EQ(last.show, BpShowMessage);
         const std::size_t count = state.rfind(' ') + 1;
         const int diagnostics = std::stoi(state.substr(count)) + 1;
@@ -212,7 +218,8 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
       if (fault != static_cast<Fault>(i % 3)) continue;
       const FaultyRun next(hosted, command, FaultyRun::kNoFault, fault);
       EXPECT_EQ(next.Messages(), messages) << "the next command";
-      EXPECT_EQ(applydic::DictionaryText(hosted.host.Working()), outcome) << "the next command";
+      EXPECT_EQ(applydic::DictionaryText(hosted.host.WorkingDictionary()), outcome)
+          << "the next command";
       if (HasFailure()) return;
     }
   }

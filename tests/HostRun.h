@@ -6,18 +6,15 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "program/DictionaryJson.h"
-#include "standalone/Codebook/OpenCodebook.h"
-#include "standalone/Data/DataSource.h"
-#include "standalone/Data/HostAccess.h"
-#include "standalone/Data/ValueLabelSet.h"
-#include "standalone/Data/Variable.h"
-#include "standalone/Host.h"
-#include "standalone/HostCalls.h"
+#include "standalone/Codebook/CodebookFile.h"
+#include "standalone/Host/Calls.h"
+#include "standalone/Host/Host.h"
 #include "standalone/Syntax/Tokenizer.h"
 
 // What the C++ tests share: a folder of files, a host with a working file, and a look at the calls.
@@ -64,25 +61,27 @@ class Folder {
 };
 
 // The dictionary as `show --json` has it.
-inline std::string DictionaryJsonText(const VELA_DataSource& dataSource) {
+inline std::string DictionaryJsonText(const velahost::Dictionary& dictionary) {
   std::string text;
-  applydic::WriteDictionaryJson(dataSource, [&](std::string_view piece) { text += piece; });
+  applydic::WriteDictionaryJson(dictionary, [&](std::string_view piece) { text += piece; });
   return text;
 }
-inline nlohmann::ordered_json DictionaryJson(const VELA_DataSource& dataSource) {
-  return nlohmann::ordered_json::parse(DictionaryJsonText(dataSource));
+inline nlohmann::ordered_json DictionaryJson(const velahost::Dictionary& dictionary) {
+  return nlohmann::ordered_json::parse(DictionaryJsonText(dictionary));
 }
 
 // A host with a working file.
 struct Hosted {
-  explicit Hosted(const std::string& working) {
-    host.SetWorking(velahost::OpenCodebook(working).dataSource);
-  }
+  explicit Hosted(const std::string& working) { host.SetWorking(velahost::OpenCodebook(working)); }
   void Run(const std::string& command) {
     host.SetCommand(velahost::SplitCommands(command).front());
     applydic_();
   }
-  nlohmann::ordered_json Json() const { return DictionaryJson(host.Working()); }
+  nlohmann::ordered_json Json() const { return DictionaryJson(host.WorkingDictionary()); }
+  // The codebook as it would be saved.
+  std::string Saved() const {
+    return velahost::WriteCodebook(host.WorkingFile(), host.WorkingDictionary());
+  }
   VELA_Variable& Variable(const char* name) const {
     return host.Working().GetVariable(host.Working().FindVarIndex(name, 0));
   }

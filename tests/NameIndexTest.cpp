@@ -34,13 +34,14 @@ namespace {
 
 // A store of numeric variables of those names.
 DEDataStore& StoreOf(velahost::Host& host, const std::vector<std::string>& names) {
-  auto impl = std::make_unique<VELA_DataSource::Impl>();
+  velahost::CodebookFile file;
   for (const std::string& name : names) {
-    auto variable = std::make_unique<VELA_Variable::Impl>();
+    auto variable = std::make_shared<velahost::Variable>();
     variable->SetName(name);
-    impl->variables.emplace_back(std::move(variable));
+    file.names.Add(*variable);
+    file.dictionary.variables.push_back(std::move(variable));
   }
-  host.SetWorking(std::make_unique<VELA_DataSource>(std::move(impl)));
+  host.SetWorking(std::move(file));
   return *new DEDataStore(&host.Working());  // the host owns it
 }
 

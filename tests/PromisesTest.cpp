@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/Files.h"
+#include "host/Output.h"
 #include "tests/HostRun.h"
 
 // What the library promises to every host and the standalone one does not look at: arguments that
@@ -238,7 +239,7 @@ TEST_F(Promises, AddANameOnceAlsoWhereLetterCaseCounts) {
   Run("FROM SRC /NEWVARS /SOURCE VARIABLES=A /TARGET VARIABLES=A");
   mindsCase = false;
   ASSERT_EQ(diagnostics.size(), 1U) << "the store has it in another case, and refuses";
-  EXPECT_EQ(diagnostics[0].level, BpLevelFailure);
+  EXPECT_EQ(diagnostics[0].level, velahost::Severity::Failure);
   const auto variables = hosted_.Json()["variables"];
   ASSERT_EQ(variables.size(), 4U) << variables;
   EXPECT_EQ(variables[3]["name"], "New");

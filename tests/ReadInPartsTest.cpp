@@ -1,19 +1,18 @@
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>
 
-#include "standalone/Codebook/ReadInParts.h"
+#include "standalone/Codebook/Parts.h"
+#include "standalone/Xml/Parser.h"
 #include "tests/ReadingDescription.h"
 
 // A large document reads the same in parts as from end to end, whatever stands where it could be
 // cut.
 
 namespace {
-
-using velahost::Codebook;
-using velahost::CodebookReading;
 
 struct Large {
   const char* name;
@@ -46,11 +45,10 @@ std::string TextOf(const Large& large) {
 // All that a reading holds, or the error that it ends with.
 template <typename Read>
 std::string Outcome(const Large& large, Read read) {
-  CodebookReading reading;
-  reading.codebook = std::make_shared<Codebook>();
-  reading.codebook->text = TextOf(large);
+  const std::string text = TextOf(large);
   try {
-    return read(reading) ? DescriptionOf(reading) : "cut in vain";
+    const std::optional<velahost::DocumentReading> reading = read(text);
+    return reading ? DescriptionOf(*reading) : "cut in vain";
   } catch (const velahost::XmlError& error) {
     return error.what();
   }
@@ -59,13 +57,12 @@ std::string Outcome(const Large& large, Read read) {
 class ReadInParts : public testing::TestWithParam<Large> {};
 
 TEST_P(ReadInParts, IsAsReadWhole) {
-  const std::string whole = Outcome(GetParam(), [](CodebookReading& reading) {
-    velahost::ReadWhole(reading);
-    return true;
+  const std::string whole = Outcome(GetParam(), [](const std::string& text) {
+    return std::optional(velahost::ReadWhole(text, velahost::OpenFor::Writing));
   });
   constexpr std::size_t kPartSize = 2000;
-  const std::string inParts = Outcome(GetParam(), [](CodebookReading& reading) {
-    return velahost::ReadInParts(reading, kPartSize);
+  const std::string inParts = Outcome(GetParam(), [](const std::string& text) {
+    return velahost::ReadInParts(text, velahost::OpenFor::Writing, kPartSize);
   });
   if (inParts == "cut in vain") {
     EXPECT_FALSE(GetParam().cut);

@@ -1,48 +1,39 @@
 #pragma once
 
+#include <cstdint>
+#include <initializer_list>
 #include <string>
 
-#include "standalone/Codebook/ReadCodebook.h"
+#include "standalone/Codebook/Parts.h"
 
 // What has been read of a document, as text in which every difference shows.
 
-inline std::string DescriptionOf(const velahost::Codebook::Place& place) {
-  return std::to_string(place.begin) + "-" + std::to_string(place.end) + " in " +
-         std::to_string(place.scope) + " ";
-}
-
-inline std::string DescriptionOf(const velahost::Codebook::Tree& element) {
-  const auto& place = static_cast<const velahost::Codebook::Place&>(element);
-  return DescriptionOf(place) + "tree at " + std::to_string(element.tree->Begin(element.root)) +
-         " ";
-}
-
-inline std::string DescriptionOf(const velahost::Codebook::Container& container) {
-  const auto& place = static_cast<const velahost::Codebook::Place&>(container);
-  std::string text = DescriptionOf(place) + std::to_string(container.contentBegin) + "-" +
-                     std::to_string(container.contentEnd);
-  for (const auto& [element, last] : container.last) {
-    text += " " + std::to_string(static_cast<int>(element)) + " " + DescriptionOf(last);
-  }
-  return text + "\n";
-}
-
-// REQUIRES: it was read for writing.
-inline std::string DescriptionOf(const velahost::CodebookReading& reading) {
-  const velahost::Codebook& codebook = *reading.codebook;
-  std::string text =
-      std::to_string(static_cast<int>(codebook.encoding)) + DescriptionOf(codebook.root);
-  for (const auto& container : codebook.dataDescriptions) text += DescriptionOf(container);
-  for (const auto& file : codebook.files) text += DescriptionOf(file) + file.id + "\n";
-  for (std::size_t i = 0; i < codebook.variables.size(); ++i) {
-    const auto& variable = codebook.variables[i];
-    text += DescriptionOf(variable) + variable.id + " " + variable.name +
-            (variable.weights ? " weights " : " ") +
-            reading.variables[i].variable->now.label.value_or("none") + "\n";
-  }
-  for (std::size_t i = 0; i < codebook.groups.size(); ++i) {
-    text += DescriptionOf(codebook.groups[i]) + codebook.groups[i].set.name + " " +
-            reading.groupMembers[i] + "\n";
-  }
+inline std::string DescriptionOf(std::initializer_list<std::uint32_t> numbers) {
+  std::string text;
+  for (const std::uint32_t number : numbers) text += std::to_string(number) + " ";
   return text;
+}
+
+inline std::string DescriptionOf(const velahost::DocumentReading& document) {
+  const velahost::Reading& reading = document.reading;
+  std::string text = std::to_string(static_cast<int>(document.encoding)) + "\n";
+  for (const velahost::ElementExtent& element : reading.elements) {
+    text += DescriptionOf({element.begin, element.contentBegin, element.contentEnd, element.end,
+                           element.count, element.name}) +
+            "\n";
+  }
+  for (const auto& file : reading.files) {
+    text += DescriptionOf({file.place}) + file.id.String() + "\n";
+  }
+  for (const auto& variable : reading.variables) {
+    const velahost::VariableReading& read = variable.variable;
+    text += DescriptionOf({variable.place, variable.scope}) + read.id.String() + " " +
+            read.variable->name.String() + (read.weights ? " weights " : " ") +
+            read.variable->label.value_or(velahost::Text("none")).String() + "\n";
+  }
+  for (const auto& group : reading.groups) {
+    text += DescriptionOf({group.place}) + group.group.set.name.String() + " " +
+            group.group.members.String() + "\n";
+  }
+  return text + (reading.open.empty() && reading.ends.empty() ? "" : "something is open");
 }

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "standalone/Output/Diagnostics.h"
 #include "tests/HostRun.h"
 
 // What is refused when a codebook is opened, with which message, and what is only warned of.
@@ -29,7 +28,7 @@ TEST_P(Refusal, NamesTheFileThePlaceAndTheReason) {
   try {
     velahost::OpenCodebook(path + GetParam().id);
     FAIL() << "not refused";
-  } catch (const velahost::CodebookError& error) {
+  } catch (const velahost::FileError& error) {
     EXPECT_EQ(error.what(), Replaced(GetParam().message, "PATH", path));
   }
 }
@@ -104,7 +103,7 @@ TEST(Refusal, OfWhatIsNoFile) {
     try {
       velahost::OpenCodebook(path);
       ADD_FAILURE() << path << " not refused";
-    } catch (const velahost::CodebookError& error) {
+    } catch (const velahost::FileError& error) {
       EXPECT_EQ(error.what(), path.substr(0, path.find('#')) + ": cannot be read: " + reason);
     }
   }
@@ -119,20 +118,22 @@ TEST(Reading, TakesAFileWhoseWholeNameHasTheIdMark) {
 
 TEST(Reading, TakesAsManyDeclarationsAsThereMayBe) {
   for (const std::string& text : {WithNamespaces(1000), WithDefaults(1000)}) {
-    const velahost::OpenedCodebook opened = velahost::OpenCodebookText("w", text, std::nullopt);
-    const auto variable = DictionaryJson(*opened.dataSource)["variables"].at(0);
+    const velahost::CodebookFile opened =
+        velahost::OpenCodebook("w", velahost::Bytes(text), std::nullopt);
+    const auto variable = DictionaryJson(opened.dictionary)["variables"].at(0);
     EXPECT_EQ(variable["name"], "a");
     EXPECT_TRUE(variable["level"].is_null()) << "a declared default does not count";
   }
 }
 
 TEST(Reading, TakesNoSetThatHasNothingToBeCalledBy) {
-  const velahost::OpenedCodebook opened = velahost::OpenCodebookText(
+  const velahost::CodebookFile opened = velahost::OpenCodebook(
       "w",
-      "<codeBook><dataDscr><varGrp var='A'/><varGrp ID=' ' name='' type='multipleResp'><labl> "
-      "</labl></varGrp><varGrp ID='G'/><var ID='A' name='a'/></dataDscr></codeBook>",
+      velahost::Bytes(
+          "<codeBook><dataDscr><varGrp var='A'/><varGrp ID=' ' name='' type='multipleResp'><labl> "
+          "</labl></varGrp><varGrp ID='G'/><var ID='A' name='a'/></dataDscr></codeBook>"),
       std::nullopt);
-  const auto file = DictionaryJson(*opened.dataSource)["file"];
+  const auto file = DictionaryJson(opened.dictionary)["file"];
   EXPECT_EQ(file["mrsets"].size(), 0);
   ASSERT_EQ(file["varsets"].size(), 1);
   EXPECT_EQ(file["varsets"][0]["name"], "G");
@@ -151,7 +152,7 @@ TEST(Reading, WarnsOnceAFileOfWhatIsNotTaken) {
       "DK</catValu><labl>no number</labl></catgry></var></dataDscr></codeBook>");
   std::vector<std::string> warnings;
   for (const auto& warning : velahost::OpenCodebook(path).warnings) {
-    warnings.push_back(velahost::Render(warning.text, warning.arguments));
+    warnings.push_back(velahost::Render(warning));
   }
   EXPECT_EQ(warnings,
             (std::vector<std::string>{

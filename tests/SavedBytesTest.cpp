@@ -49,20 +49,20 @@ void CheckSaving(const Saving& saving) {
   nlohmann::ordered_json held;
   {
     Hosted hosted(working);
-    EXPECT_EQ(velahost::WriteCodebook(hosted.host.Working()), saving.working) << "unchanged";
+    EXPECT_EQ(hosted.Saved(), saving.working) << "unchanged";
     hosted.Run(Replaced(saving.command, "SRC", "'" + source + "'"));
     for (const auto& diagnostic : hosted.host.diagnostics.All()) {
-      EXPECT_LT(diagnostic.level, BpLevelError) << diagnostic.message;
+      EXPECT_LT(diagnostic.level, velahost::Severity::Error) << diagnostic.shown;
     }
-    saved = velahost::WriteCodebook(hosted.host.Working());
+    saved = hosted.Saved();
     held = hosted.Json();
   }
   EXPECT_EQ(saved, Changed(saving.working, saving));
   // What was held in memory comes back, and once more nothing changes.
   folder.Write("working.xml", saved);
-  const velahost::OpenedCodebook again = velahost::OpenCodebook(working);
-  EXPECT_EQ(DictionaryJson(*again.dataSource).dump(1), held.dump(1));
-  EXPECT_EQ(velahost::WriteCodebook(*again.dataSource), saved);
+  const velahost::CodebookFile again = velahost::OpenCodebook(working);
+  EXPECT_EQ(DictionaryJson(again.dictionary).dump(1), held.dump(1));
+  EXPECT_EQ(velahost::WriteCodebook(again, again.dictionary), saved);
 }
 
 class SavedBytes : public testing::TestWithParam<Saving> {};
@@ -268,6 +268,41 @@ const Saving kProperties[] = {
      Document("<var name='A' nature='interval'/><var name='B' nature='percent'/>"),
      "FROM SRC /VARINFO LEVEL",
      {{"'other'", "'interval'"}}},
+    {"NamespaceOfTheRootsOwn",
+     "<codeBook xmlns='urn:own' xmlns:o='urn:other'><dataDscr><o:var name='b'/><var "
+     "name='a'><o:labl>o"
+     "</o:labl></var></dataDscr></codeBook>",
+     kSource,
+     kVarLabel,
+     {{"<var name='a'>", "<var name='a'><labl>N&amp;w</labl>"}}},
+    {"OrderAmongCategoriesWithoutLabels",
+     Document("<var name='a'><catgry><catValu>3</catValu></catgry><catgry><catValu>1</catValu>"
+              "</catgry><catgry><catValu>2</catValu><labl>b</labl></catgry></var>\n"),
+     Document("<var name='A'><catgry><catValu>4</catValu><labl>d</labl></catgry><catgry><catValu>1"
+              "</catValu><labl>a</labl></catgry><catgry><catValu>3</catValu><labl>c</labl></catgry>"
+              "</var>"),
+     "FROM SRC /VARINFO VALLABELS=MERGE",
+     {{"3</catValu>", "3</catValu><labl>c</labl>"},
+      {"1</catValu>", "1</catValu><labl>a</labl>"},
+      {"<labl>b</labl></catgry>",
+       "<labl>b</labl></catgry><catgry><catValu>4</catValu><labl>d</labl></catgry>"}}},
+    {"FlagsOfAStringOfOneByte",
+     Document("<var name='a'><catgry missing='Y'><catValu>x</catValu></catgry><varFormat "
+              "type='character' formatname='A1'/></var>\n"),
+     Document("<var name='A'><invalrng><item VALUE='y'/></invalrng><varFormat type='character' "
+              "formatname='A1'/></var>"),
+     "FROM SRC /VARINFO MISSING",
+     {{"<catgry missing='Y'>", "<invalrng><item VALUE=\"y\"/></invalrng><catgry>"}}},
+    {"FileAttributesInANewDescription",
+     "<codeBook><dataDscr><var name='a'/></dataDscr></codeBook>",
+     Document("<var name='A'/>",
+              "<notes type='VELA:attribute' subject='X'>1</notes><notes type='VELA:attribute' "
+              "subject='X'>2</notes>"),
+     "FROM SRC /FILEINFO ATTRIBUTES",
+     {{"<codeBook>",
+       "<codeBook><fileDscr><notes type=\"VELA:attribute\" level=\"file\" subject=\"X\">1"
+       "</notes><notes type=\"VELA:attribute\" level=\"file\" subject=\"X\">2</notes>"
+       "</fileDscr>"}}},
     {"AttributesInOtherSpellings",
      Document("<var name='a'><notes type='VELA:attribute' subject='COL'>1</notes>"
               "<notes type='VELA:attribute' subject='col'>2</notes></var>"),

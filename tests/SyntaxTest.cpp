@@ -2,9 +2,10 @@
 
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "standalone/Output/Diagnostics.h"
+#include "standalone/Syntax/Subcommands.h"
 #include "standalone/Syntax/Tokenizer.h"
 #include "tests/HostRun.h"
 
@@ -29,10 +30,10 @@ TEST_P(ManyErrors, AreReportedUpToABoundInEachCommand) {
   for (std::size_t run = 1; run <= 2; ++run) {
     hosted.Run(Replaced(GetParam().command, "SRC", "'" + path + "'"));
     ASSERT_EQ(all.size(), run * (velahost::kMostErrors + 1));
-    EXPECT_EQ(all.back().message,
+    EXPECT_EQ(all.back().shown,
               "More than 1000 errors in this command. The others are not reported...");
-    EXPECT_EQ(all.back().level, BpLevelError);
-    EXPECT_NE(all[all.size() - 2].message, all.back().message);
+    EXPECT_EQ(all.back().level, velahost::Severity::Error);
+    EXPECT_NE(all[all.size() - 2].shown, all.back().shown);
     EXPECT_TRUE(hosted.host.diagnostics.FatalError());
   }
 }
@@ -63,6 +64,29 @@ TEST(Tokens, TakeASmallMultipleOfTheText) {
   for (const velahost::Token& token : command.tokens) {
     ASSERT_GE(token.typed.data(), command.text->data()) << "not a copy";
     ASSERT_LE(token.typed.data() + token.typed.size(), command.text->data() + text.size());
+  }
+}
+
+TEST(SourceNamedIn, IsTheFileThatARunWouldOpen) {
+  const std::pair<const char*, const char*> kRows[] = {
+      {"APPLY DICTIONARY FROM 'a'", "a"},
+      {"TARGET VARIABLES=FROM 'b' /FRO = \"a\" /NEWVARS", "a"},
+      {"FROM 'a' PASSWORD = 'x' /VARINFO X", "a"},
+      {"FROM 'a' PASSWORD NONE", "a"},
+      {"TARGET VARIABLES=FROM 'a'", nullptr},
+      {"FROM 'a' /FROM 'b'", nullptr},
+      {"FROM 'a' /X", nullptr},
+      {"FROM 'a' 'PASSWORD' 'x'", nullptr},
+      {"FROM 'a' PASSWORD", nullptr},
+      {"FROM 'a' PASSWORD=''", nullptr},
+      {"FROM 'a' PASSWORD 'x' 'y'", nullptr},
+      {"FROM = = 'a'", nullptr},
+      {"FROM ''", nullptr},
+      {"FROM *", nullptr},
+      {"FROM", nullptr}};
+  for (const auto& [command, expected] : kRows) {
+    const auto named = velahost::SourceNamedIn(velahost::SplitCommands(command).front());
+    EXPECT_EQ(named.value_or("nothing"), expected == nullptr ? "nothing" : expected) << command;
   }
 }
 

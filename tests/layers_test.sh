@@ -56,7 +56,23 @@ check() {
 
 check host 'host' standard
 check backend 'host|backend/ApplyDictionary' standard
-check standalone 'host|standalone' any
-check program 'host|standalone|program' any
+check program 'standalone|program' any
+
+# The folders of the standalone host, each with those that it may include besides itself.
+check_part() {
+  check "standalone/$1" "${2:+$2|}standalone/$1" any
+}
+check_part Text ''
+check_part Files 'standalone/Text'
+check_part Xml 'standalone/(Text|Files)'
+check_part Dictionary 'standalone/Text'
+check_part Codebook 'standalone/(Text|Files|Xml|Dictionary)'
+check_part Syntax 'standalone/(Text|Dictionary)'
+check_part Host 'host|standalone/(Text|Files|Dictionary|Codebook|Syntax)'
+parts=$(find standalone -mindepth 1 -maxdepth 1 -type d | wc -l)
+[ "$parts" -eq 7 ] || {
+  echo "standalone/ has $parts folders, not 7: say above what the others may include"
+  failures=$((failures + 1))
+}
 
 [ "$failures" -eq 0 ]

@@ -1,23 +1,50 @@
 #include "standalone/Codebook/Codebook.h"
 
-namespace velahost {
+#include <iterator>
+#include <utility>
 
-std::size_t LineCounter::LineOf(std::size_t position) {
-  // A line ends with a line feed, with a carriage return, or with both.
-  for (; counted_ < position; ++counted_) {
-    const bool beforeLineFeed = counted_ + 1 < text_.size() && text_[counted_ + 1] == '\n';
-    if (text_[counted_] == '\n' || (text_[counted_] == '\r' && !beforeLineFeed)) ++line_;
-  }
-  return line_;
+namespace velahost {
+namespace {
+
+// Moves items to the end of a list; their elements now stand after so many others.
+template <class Item>
+void AppendItems(std::vector<Item>& items, std::vector<Item>&& next, ElementPlace before) {
+  for (Item& item : next) item.place += before;
+  items.insert(items.end(), std::make_move_iterator(next.begin()),
+               std::make_move_iterator(next.end()));
 }
 
-std::vector<std::string> Codebook::MemberNames(const Group& group) const {
-  std::vector<std::string> names;
-  names.reserve(group.members.size());
-  for (const int member : group.members) {
-    names.push_back(variables[static_cast<std::size_t>(member)].name);
+}  // namespace
+
+void Reading::Reserve(const std::vector<Reading>& next) {
+  std::size_t elementCount = elements.size();
+  std::size_t variableCount = variables.size();
+  for (const Reading& part : next) {
+    elementCount += part.elements.size();
+    variableCount += part.variables.size();
   }
-  return names;
+  elements.reserve(elementCount + elementCount / 64);  // the rest of the document is small
+  variables.reserve(variableCount + variableCount / 64);
+}
+
+void Reading::Append(Reading&& next) {
+  if (elements.empty()) {
+    *this = std::move(next);
+    return;
+  }
+  const auto before = static_cast<ElementPlace>(elements.size());
+  for (const End& end : next.ends) {
+    ElementExtent& element = elements[open.back()];
+    element.contentEnd = end.contentEnd;
+    element.end = end.end;
+    element.count = before + end.elementsBefore - open.back();
+    open.pop_back();
+  }
+  elements.insert(elements.end(), next.elements.begin(), next.elements.end());
+  AppendItems(files, std::move(next.files), before);
+  AppendItems(variables, std::move(next.variables), before);
+  AppendItems(groups, std::move(next.groups), before);
+  for (const ElementPlace place : next.open) open.push_back(before + place);
 }
 
 }  // namespace velahost

@@ -1,94 +1,90 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
-#include <memory>
+#include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "host/Data.h"
-#include "standalone/Codebook/Elements.h"
-#include "standalone/Codebook/Encoding.h"
-#include "standalone/Codebook/Namespaces.h"
-#include "standalone/Codebook/XmlTree.h"
+#include "standalone/Codebook/FileDescription.h"
+#include "standalone/Codebook/Sets.h"
+#include "standalone/Codebook/Variables.h"
+#include "standalone/Xml/Document.h"
+#include "standalone/Xml/Namespaces.h"
 
 namespace velahost {
 
-// Counts the lines of a text, for positions that ascend.
-class LineCounter {
- public:
-  explicit LineCounter(std::string_view text) : text_(text) {}
+// A place among the elements of a document that are kept.
+using ElementPlace = std::uint32_t;
 
-  // The line, from 1, in which a byte stands. REQUIRES: none before the last position asked for.
-  std::size_t LineOf(std::size_t position);
-
- private:
-  std::string_view text_;
-  std::size_t counted_ = 0;
-  std::size_t line_ = 1;
-};
-
-// A document in memory: its bytes, and where in them the elements stand that a dictionary is made
-// of. Once read it is not changed.
-class Codebook {
- public:
-  // An element of the document: its bytes, and the namespaces in scope around it.
-  struct Place {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-    Namespaces::Scope scope = Namespaces::kOutermost;
+// What was read of a document, or of a part of one: the elements that are kept, and what stands in
+// those that describe files, variables and sets.
+struct Reading {
+  struct File {
+    ElementPlace place;
+    Text id;
+    FileReading file;
   };
-  // A place with its element as a tree; null in a codebook that was opened to be read only.
-  struct Tree : Place {
-    const XmlTree* tree = nullptr;
-    XmlTree::Node root = XmlTree::kNone;
+  struct Variable {
+    ElementPlace place;
+    Namespaces::Scope scope;  // around the var
+    VariableReading variable;
   };
-  // A fileDscr. A document without one has one file with an empty place.
-  struct File : Tree {
-    std::string id;
+  struct Group {
+    ElementPlace place;
+    GroupReading group;
   };
-  struct Variable : Tree {
-    std::string id;
-    std::string name;
-    bool weights = false;  // wgt="wgt"
-  };
-  // A varGrp, with the set that it reads as, save its members' names: these are the names of the
-  // variables at the places in `members`.
-  struct Group : Tree {
-    std::string id;
-    std::size_t file = 0;
-    VariableSet set;
-    std::vector<int> members;
-
-    // A group without a name, a label and an ID is no set: nothing could tell it from others.
-    bool IsSet() const { return !set.name.empty(); }
-  };
-  // An element whose children are read one by one: the root and each dataDscr.
-  struct Container : Place {
-    Element element = Element::Other;
-    std::size_t contentBegin = 0;
-    std::size_t contentEnd = 0;
-    std::map<Element, Place> last;  // the last child of each kind
+  // Where an element ends that began in another part, and how many elements of this part stand
+  // before that.
+  struct End {
+    std::uint32_t contentEnd;
+    std::uint32_t end;
+    std::uint32_t elementsBefore;
   };
 
-  std::vector<std::string> MemberNames(const Group& group) const;
-
-  // The bytes of a place.
-  std::string_view Bytes(const Place& place) const {
-    return std::string_view(text).substr(place.begin, place.end - place.begin);
-  }
-
-  std::string path;
-  std::string text;
-  Encoding encoding = Encoding::Utf8;
-  Namespaces namespaces;
-  Container root;
-  std::vector<Container> dataDescriptions;
+  std::vector<ElementExtent> elements;
   std::vector<File> files;
   std::vector<Variable> variables;
   std::vector<Group> groups;
-  std::vector<std::unique_ptr<const XmlTree>> trees;  // of the elements that have one
+  // The elements that begin here and do not end here, outermost first.
+  std::vector<ElementPlace> open;
+  // The ends of elements that do not begin here, innermost first.
+  std::vector<End> ends;
+
+  // Makes room for what was read of the next parts.
+  void Reserve(const std::vector<Reading>& next);
+  // Adds what was read of the next part of the document.
+  void Append(Reading&& next);
+};
+
+// A document with what the data files in it are described by.
+class Codebook {
+ public:
+  struct File {
+    Element element;  // a fileDscr; null in a document without one, which has one file
+    Text id;
+  };
+  struct Variable {
+    Element element;                                   // a var
+    Namespaces::Scope scope = Namespaces::kOutermost;  // around it
+    Text id;
+    bool weights = false;  // wgt="wgt"
+  };
+  struct Group {
+    Element element;  // a varGrp
+    GroupReading reading;
+    std::size_t file = 0;
+  };
+
+  Codebook(std::string documentPath, Bytes bytes, Encoding encoding, Namespaces namespaces,
+           std::vector<ElementExtent> elements)
+      : path(std::move(documentPath)),
+        document(std::move(bytes), encoding, std::move(namespaces), std::move(elements)) {}
+
+  const std::string path;
+  const Document document;
+  std::vector<File> files;
+  std::vector<Variable> variables;
+  std::vector<Group> groups;
 };
 
 }  // namespace velahost

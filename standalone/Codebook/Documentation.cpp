@@ -4,17 +4,18 @@
 #include <array>
 #include <utility>
 
-#include "standalone/Codebook/Codebook.h"
-#include "standalone/Codebook/Encoding.h"
-#include "standalone/Codebook/XmlParser.h"
+#include "standalone/Codebook/Elements.h"
+#include "standalone/Xml/Encoding.h"
+#include "standalone/Xml/Markup.h"
+#include "standalone/Xml/Parser.h"
 
 namespace velahost {
 
 namespace {
 
-constexpr std::array kDocumentation = {Element::qstn,      Element::universe, Element::txt,
-                                       Element::codInstr,  Element::concept_, Element::respUnit,
-                                       Element::anlysUnit, Element::security, Element::embargo};
+constexpr std::array<ElementName, 9> kDocumentation = {
+    element::qstn,     element::universe,  element::txt,      element::codInstr, element::concept_,
+    element::respUnit, element::anlysUnit, element::security, element::embargo};
 
 // Attributes that name something in the document that they stand in.
 constexpr std::array<std::string_view, 18> kIdsAndReferences = {
@@ -38,16 +39,16 @@ class DocumentationCopier : public XmlHandler {
     if (depth_ == 2) {
       copying_ = std::find(kDocumentation.begin(), kDocumentation.end(), start.element) !=
                  kDocumentation.end();
-      if (copying_) elements_.push_back({.element = start.element, .attributes = {}});
+      if (copying_) elements_.push_back({.element = start.element});
     }
     if (!copying_) return;
     // A link says nothing without what it refers to: only its text stays.
-    if (start.element == Element::Link) {
+    if (start.element == element::Link) {
       open_.emplace_back();
       return;
     }
     CloseStartTag();
-    const bool foreign = start.element == Element::Foreign;
+    const bool foreign = start.element == kForeignElement;
     const bool declared = foreign && !open_.empty() && open_.back().foreign &&
                           PrefixOf(open_.back().name) == PrefixOf(start.name);
     open_.push_back(
@@ -59,7 +60,7 @@ class DocumentationCopier : public XmlHandler {
     startTagOpen_ = true;
   }
 
-  bool ReadsText(Element /*element*/) const override { return true; }
+  bool ReadsText(ElementName /*element*/) const override { return true; }
 
   void End(std::size_t /*begin*/, std::size_t /*end*/) override {
     --depth_;
@@ -129,26 +130,24 @@ class DocumentationCopier : public XmlHandler {
 
 }  // namespace
 
-std::string DocumentationOf(const Codebook& codebook, std::size_t place) {
-  const Codebook::Variable& variable = codebook.variables[place];
-  auto [namespaces, scope] = codebook.namespaces.Only(variable.scope);
+Text ReadDocumentation(const Document& document, Element var, Namespaces::Scope scope) {
+  auto [namespaces, scopeOfVar] = document.Scopes().Only(scope);
   DocumentationCopier copier(namespaces, "");
-  XmlParser parser(namespaces, copier, codebook.encoding);
-  parser.MoveTo(variable.begin, scope);
-  parser.Parse(codebook.Bytes(variable));
+  XmlParser parser(namespaces, copier, document.Encoding());
+  parser.MoveTo(var.Begin(), scopeOfVar);
+  parser.Parse(var.Markup());
   std::string documentation;
   for (const NewElement& element : copier.Take()) documentation += element.markup;
-  return documentation;
+  return Text(documentation);
 }
 
-std::vector<NewElement> DocumentationElements(const std::string& documentation,
-                                              const Layout& layout) {
-  if (documentation.empty()) return {};
-  Namespaces namespaces;
+void AddDocumentation(const Text& documentation, const Layout& layout, NewElement& var) {
+  if (documentation.Empty()) return;
+  Namespaces namespaces(*layout.vocabulary);
   DocumentationCopier copier(namespaces, layout.prefix);
   XmlParser parser(namespaces, copier, Encoding::Utf8);
-  parser.Parse("<var>" + documentation + "</var>");
-  return copier.Take();
+  parser.Parse("<var>" + documentation.String() + "</var>");
+  for (NewElement& element : copier.Take()) var.children.push_back(std::move(element));
 }
 
 }  // namespace velahost

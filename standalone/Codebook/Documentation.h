@@ -1,23 +1,21 @@
 #pragma once
 
-#include <cstddef>
-#include <string>
-#include <vector>
+#include "standalone/Text/Text.h"
+#include "standalone/Xml/Document.h"
+#include "standalone/Xml/Namespaces.h"
+#include "standalone/Xml/NewElement.h"
 
-#include "standalone/Codebook/NewElement.h"
+// What documents the question of a variable: qstn, universe, txt and their like. It goes with a
+// variable that is added to another document.
 
 namespace velahost {
 
-class Codebook;
+// The documentation among the children of a var, in UTF-8, without a prefix, without IDs and
+// references, and with the declarations that elements of other namespaces in it need. Empty if
+// there is none. scope is the one around the var.
+Text ReadDocumentation(const Document& document, Element var, Namespaces::Scope scope);
 
-// What documents the question of a variable, for a new variable in another document: the elements
-// that say so (qstn, universe, txt and their like) in UTF-8, without a prefix, without IDs and
-// references, and with the declarations that elements of other namespaces in them need. Empty if
-// there are none.
-std::string DocumentationOf(const Codebook& codebook, std::size_t place);
-
-// The elements of such a documentation, each as markup of a document with that layout.
-std::vector<NewElement> DocumentationElements(const std::string& documentation,
-                                              const Layout& layout);
+// Adds the elements of such a documentation to a new var, as markup of a document with that layout.
+void AddDocumentation(const Text& documentation, const Layout& layout, NewElement& var);
 
 }  // namespace velahost

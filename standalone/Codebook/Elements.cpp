@@ -1,16 +1,15 @@
 #include "standalone/Codebook/Elements.h"
 
 #include <array>
-#include <cstddef>
-#include <unordered_map>
+#include <span>
+#include <string_view>
 
 namespace velahost {
-
 namespace {
 
-using enum Element;
+using namespace element;
 
-// In the order of the enumeration, from anlysUnit on.
+// In the order of the enumeration.
 constexpr std::array<std::string_view, 50> kNames = {"anlysUnit",
                                                      "catgry",
                                                      "catgryGrp",
@@ -61,58 +60,59 @@ constexpr std::array<std::string_view, 50> kNames = {"anlysUnit",
                                                      "varFormat",
                                                      "varGrp",
                                                      "verStmt"};
+static_assert(verStmt == kFirstElement + kNames.size() - 1);
 
-constexpr std::size_t kFirst = static_cast<std::size_t>(anlysUnit);
-static_assert(static_cast<std::size_t>(verStmt) == kFirst + kNames.size() - 1);
+constexpr std::array<std::string_view, 2> kNamespaces = {"ddi:codebook:",
+                                                         "http://www.icpsr.umich.edu/DDI"};
 
-constexpr std::array kVarOrder = {
+constexpr std::array<ElementName, 26> kVarOrder = {
     location, labl,     imputation, security,   embargo,   respUnit, anlysUnit, qstn,      valrng,
     invalrng, undocCod, universe,   TotlResp,   sumStat,   txt,      stdCatgry, catgryGrp, catgry,
     codInstr, verStmt,  concept_,   derivation, varFormat, geoMap,   catLevel,  notes};
-constexpr std::array kCatgryOrder = {catValu, labl, txt, catStat, mrow};
-constexpr std::array kCodeBookOrder = {docDscr, stdyDscr, fileDscr, dataDscr, otherMat};
-constexpr std::array kFileDscrOrder = {fileTxt, locMap, notes};
-constexpr std::array kFileTxtOrder = {fileName, fileCitation, dataFingerprint, fileCont, fileStrc};
-constexpr std::array kDataDscrOrder = {varGrp, nCubeGrp, var, nCube, notes};
-constexpr std::array kVarGrpOrder = {labl, txt, concept_, defntn, universe, notes};
+constexpr std::array<ElementName, 5> kCatgryOrder = {catValu, labl, txt, catStat, mrow};
+constexpr std::array<ElementName, 5> kCodeBookOrder = {docDscr, stdyDscr, fileDscr, dataDscr,
+                                                       otherMat};
+constexpr std::array<ElementName, 3> kFileDscrOrder = {fileTxt, locMap, notes};
+constexpr std::array<ElementName, 5> kFileTxtOrder = {fileName, fileCitation, dataFingerprint,
+                                                      fileCont, fileStrc};
+constexpr std::array<ElementName, 5> kDataDscrOrder = {varGrp, nCubeGrp, var, nCube, notes};
+constexpr std::array<ElementName, 6> kVarGrpOrder = {labl, txt, concept_, defntn, universe, notes};
+
+class DdiCodebook final : public Vocabulary {
+ public:
+  DdiCodebook() : Vocabulary(kNames, kNamespaces) {}
+
+  std::span<const ElementName> ChildOrder(ElementName parent) const override {
+    switch (parent) {
+      case var:
+        return kVarOrder;
+      case catgry:
+        return kCatgryOrder;
+      case codeBook:
+        return kCodeBookOrder;
+      case fileDscr:
+        return kFileDscrOrder;
+      case fileTxt:
+        return kFileTxtOrder;
+      case dataDscr:
+        return kDataDscrOrder;
+      case varGrp:
+        return kVarGrpOrder;
+      default:
+        return {};
+    }
+  }
+
+  bool BreaksLines(ElementName parent) const override {
+    return parent == codeBook || parent == dataDscr;
+  }
+};
 
 }  // namespace
 
-Element ElementNamed(std::string_view localName) {
-  static const auto elements = [] {
-    std::unordered_map<std::string_view, Element> map;
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
-      map.emplace(kNames[i], static_cast<Element>(kFirst + i));
-    }
-    return map;
-  }();
-  const auto found = elements.find(localName);
-  return found == elements.end() ? Other : found->second;
-}
-
-std::string_view NameOf(Element element) {
-  return kNames[static_cast<std::size_t>(element) - kFirst];
-}
-
-std::span<const Element> ChildOrder(Element parent) {
-  switch (parent) {
-    case var:
-      return kVarOrder;
-    case catgry:
-      return kCatgryOrder;
-    case codeBook:
-      return kCodeBookOrder;
-    case fileDscr:
-      return kFileDscrOrder;
-    case fileTxt:
-      return kFileTxtOrder;
-    case dataDscr:
-      return kDataDscrOrder;
-    case varGrp:
-      return kVarGrpOrder;
-    default:
-      return {};
-  }
+const Vocabulary& CodebookVocabulary() {
+  static const DdiCodebook vocabulary;
+  return vocabulary;
 }
 
 }  // namespace velahost

@@ -1,15 +1,13 @@
 #pragma once
 
-#include <span>
-#include <string_view>
+#include "standalone/Xml/Vocabulary.h"
 
 namespace velahost {
 
 // The elements of DDI Codebook that the host knows, by their local name.
-enum class Element : unsigned char {
-  Other,    // any other element of the standard
-  Foreign,  // an element of another namespace
-  anlysUnit,
+namespace element {
+enum : ElementName {
+  anlysUnit = kFirstElement,
   catgry,
   catgryGrp,
   catLevel,
@@ -60,15 +58,10 @@ enum class Element : unsigned char {
   varGrp,
   verStmt,
 };
+}  // namespace element
 
-// The element of a local name; Other for one that is not listed.
-Element ElementNamed(std::string_view localName);
-
-// The local name. REQUIRES: a listed element.
-std::string_view NameOf(Element element);
-
-// The standard's order of the children of an element; empty for one whose children the host does
-// not order.
-std::span<const Element> ChildOrder(Element parent);
+// The vocabulary of DDI Codebook: these elements, the standard's namespaces and its order of
+// children.
+const Vocabulary& CodebookVocabulary();
 
 }  // namespace velahost

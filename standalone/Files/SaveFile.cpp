@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 #include <random>
 #include <vector>
 
@@ -51,7 +52,7 @@ class SignalsHeld {
   sigset_t before_;
 };
 
-// The file to replace: the one behind all links.
+// The file to replace: the one that all links lead to.
 struct Target {
   std::string folder;  // "." for a path without one
   std::string name;
@@ -239,11 +240,5 @@ void SaveFile(const std::string& path, std::string_view bytes) {
 }
 
 void CheckCanSave(const std::string& path) { CheckedTarget(path); }
-
-std::optional<FileIdentity> IdentityAt(const std::string& path) {
-  struct stat status = {};
-  if (stat(path.c_str(), &status) != 0) return std::nullopt;
-  return FileIdentity{status.st_dev, status.st_ino};
-}
 
 }  // namespace velahost

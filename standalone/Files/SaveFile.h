@@ -1,12 +1,11 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "standalone/Codebook/OpenCodebook.h"
+#include "standalone/Files/File.h"
 
 namespace velahost {
 
@@ -18,8 +17,8 @@ class SaveError : public std::runtime_error {
 };
 
 // Writes a whole file: afterwards it holds the bytes that `write` gave the sink, or something was
-// thrown (SaveError, or what `write` threw) and the file is as it was (as it was not, if there was
-// none). No one who reads it sees a part of it.
+// thrown (SaveError, or what `write` threw) and the file is unchanged, or still absent. No one who
+// reads it sees a part of it.
 //
 // Links are followed, also to a file that is not there yet, and stay. A file that was there keeps
 // its permissions and, where the system lets us, its owner and group; a new one gets what the
@@ -31,8 +30,5 @@ void SaveFile(const std::string& path, std::string_view bytes);
 // Throws the SaveError that SaveFile would throw as far as that can be told without writing: the
 // folder is not there or takes no files, or what is there cannot be replaced.
 void CheckCanSave(const std::string& path);
-
-// Which file stands at the path, links followed; nothing when there is none.
-std::optional<FileIdentity> IdentityAt(const std::string& path);
 
 }  // namespace velahost

@@ -3,21 +3,24 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "host/Syntax.h"
-#include "standalone/HostCalls.h"
-
 namespace velahost {
 namespace {
 
 constexpr std::size_t kShortestAbbreviation = 3;
 
-// Keywords have no other letters, so a letter of another script never stands for one of theirs.
 char Capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 }  // namespace
 
+std::string Capitals(std::string_view word) {
+  std::string capitals(word);
+  std::transform(word.begin(), word.end(), capitals.begin(), Capital);
+  return capitals;
+}
+
 bool Abbreviates(std::string_view word, std::string_view keyword) {
-  if (word.size() < kShortestAbbreviation || word.size() > keyword.size()) return false;
+  const std::size_t least = std::min(kShortestAbbreviation, keyword.size());
+  if (word.size() < least || word.size() > keyword.size()) return false;
   return std::equal(word.begin(), word.end(), keyword.begin(),
                     [](char a, char b) { return Capital(a) == b; });
 }
@@ -42,8 +45,3 @@ std::string Alternatives(const std::string* table) {
 }
 
 }  // namespace velahost
-
-bool KeywordMatch(const char* token, const char* keyword) {
-  velahost::Called("KeywordMatch");
-  return velahost::Abbreviates(token, keyword);
-}

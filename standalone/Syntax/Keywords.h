@@ -1,13 +1,16 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
 // Keywords and their abbreviations. A table of keywords is an array of upper-case texts that an
-// empty one ends, as in host/Syntax.h.
+// empty one ends. Keywords have no letters but A to Z: a letter that only looks like one of these,
+// or has one of them as its capital (a long s), stands for none of them.
 
 namespace velahost {
+
+// The word with the letters a to z as capitals.
+std::string Capitals(std::string_view word);
 
 // Whether the word is the keyword, or its beginning of three letters or more, in any case.
 // REQUIRES: a keyword of upper-case letters.

@@ -1,15 +1,13 @@
 #include "standalone/Syntax/SyntaxError.h"
 
-#include "standalone/Output/Diagnostics.h"
-
 namespace velahost {
 
-void ReportSyntaxError(const Token& at, const std::string& text,
+void ReportSyntaxError(Diagnostics& diagnostics, const Token& at, const std::string& text,
                        const std::vector<std::string_view>& arguments) {
-  std::vector<std::string> all(arguments.begin(), arguments.end());
-  all.push_back(std::to_string(at.line));
-  all.push_back(std::to_string(at.column));
-  Report(BpShowMessage, BpLevelError, text, all);
+  Message message{text, {arguments.begin(), arguments.end()}};
+  message.arguments.push_back(std::to_string(at.line));
+  message.arguments.push_back(std::to_string(at.column));
+  diagnostics.Report(Severity::Error, message);
 }
 
 }  // namespace velahost

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "standalone/Output/Diagnostics.h"
+#include "standalone/Syntax/Diagnostics.h"
 #include "standalone/Syntax/Keywords.h"
 #include "standalone/Text/Utf8.h"
 
@@ -203,13 +203,9 @@ Token Scanner::Next() {
   return Take(Token::Other, position_ + CharacterAt(text_, position_).length);
 }
 
-bool IsWord(const Token& token, std::string_view keyword) {
-  return token.kind == Token::Name && Abbreviates(token.typed, keyword);
-}
-
 void TakeOffCommandName(Command& command) {
   std::vector<Token>& tokens = command.tokens;
-  if (IsWord(tokens[0], "APPLY") && IsWord(tokens[1], "DICTIONARY")) {
+  if (tokens[0].IsKeyword("APPLY") && tokens[1].IsKeyword("DICTIONARY")) {
     tokens.erase(tokens.begin(), tokens.begin() + 2);
   }
 }
@@ -228,9 +224,13 @@ std::string Unquoted(std::string_view typed) {
 }  // namespace
 
 std::string Token::Text() const {
-  if (kind == Name) return UpperCase(typed);
+  if (kind == Name) return Capitals(typed);
   if (kind == String) return Unquoted(typed);
   return std::string(typed);
+}
+
+bool Token::IsKeyword(std::string_view keyword) const {
+  return kind == Name && Abbreviates(typed, keyword);
 }
 
 std::vector<Command> SplitCommands(std::string text) {

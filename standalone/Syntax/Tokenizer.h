@@ -19,8 +19,8 @@ struct Token {
   int line = 1;
   int column = 1;
 
-  // What it says: of a name the typed text in upper case, of a string what stands between the
-  // quotes with doubled quotes made one, else the typed text.
+  // What it says: of a name the typed text with the letters of keywords as capitals, of a string
+  // what stands between the quotes with doubled quotes made one, else the typed text.
   std::string Text() const;
 
   // Whether it has no place in any command: a character that starts no token, or what is not
@@ -28,6 +28,8 @@ struct Token {
   bool IsWrong() const {
     return kind == UnclosedString || kind == UnclosedComment || kind == Other;
   }
+  // Whether it is a name that abbreviates the keyword (see Keywords.h).
+  bool IsKeyword(std::string_view keyword) const;
   bool Is(char delimiter) const { return kind == Delimiter && typed[0] == delimiter; }
 };
 
@@ -38,10 +40,11 @@ struct Command {
   std::shared_ptr<const std::string> text = {};  // that the tokens stand in; all commands share it
 };
 
-// Splits a text into its commands. A command ends with a period at the end of a line (white space
-// and comments may follow it there) or with the text; commands without a token are left out, but
-// there is always one. Nothing is refused here: what is no token is a token of its kind. Of those a
-// command has no more than are reported.
+// Splits a text into its commands. A byte order mark before the first is passed over. A command
+// ends with a period at the end of a line (white space and comments may follow it there) or with
+// the text; commands without a token are left out, but there is always one. Nothing is refused
+// here: what is no token is a token of its kind. A command has at most as many of those
+// as are reported.
 std::vector<Command> SplitCommands(std::string text);
 
 }  // namespace velahost

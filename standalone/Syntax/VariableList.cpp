@@ -5,10 +5,6 @@
 #include <algorithm>
 #include <string_view>
 
-#include "standalone/Data/Attributes.h"
-#include "standalone/Data/DataSource.h"
-#include "standalone/Data/HostAccess.h"
-#include "standalone/Data/Variable.h"
 #include "standalone/Syntax/SyntaxError.h"
 #include "standalone/Text/Numbers.h"
 #include "standalone/Text/Utf8.h"
@@ -38,37 +34,26 @@ bool IsName(const Token& token) { return token.kind == Token::Name || token.kind
 
 std::string_view NameIn(const Token& token) { return CutToBytes(token.typed, kNameBytes); }
 
-const std::string& NameAt(const VELA_DataSource& dataSource, int column) {
-  const auto& variables = HostAccess::Of(dataSource).variables;
-  return HostAccess::Of(variables[static_cast<std::size_t>(column)]).name;
-}
-
-int ColumnCountOf(const VELA_DataSource& dataSource) {
-  return static_cast<int>(HostAccess::Of(dataSource).variables.size());
-}
-
 // The column that the token names, or -1.
-int Find(const VELA_DataSource& dataSource, const Token& token) {
-  return HostAccess::Of(dataSource).Find(NameIn(token));
-}
+int Find(const VariableNames& variables, const Token& token) { return variables.Find(token.typed); }
 
 }  // namespace
 
-std::vector<int> VariableList::Columns(const VELA_DataSource& dataSource) {
+std::vector<int> VariableList::Columns(const VariableNames& variables) {
   std::vector<int> columns;
   position_ = 0;
   while (const std::optional<Entry> entry = Next()) {
-    AddColumns(*entry, dataSource, columns);
+    AddColumns(*entry, variables, columns);
     if (IsTooLong(columns.size())) break;
   }
   return columns;
 }
 
-std::vector<std::string> VariableList::Names(const VELA_DataSource* dataSource) {
+std::vector<std::string> VariableList::Names(const VariableNames* variables) {
   std::vector<std::string> names;
   position_ = 0;
   while (const std::optional<Entry> entry = Next()) {
-    AddNames(*entry, dataSource, names);
+    AddNames(*entry, variables, names);
     if (IsTooLong(names.size())) break;
   }
   return names;
@@ -77,15 +62,15 @@ std::vector<std::string> VariableList::Names(const VELA_DataSource* dataSource) 
 std::optional<VariableList::Entry> VariableList::Next() {
   while (position_ < tokens_.size()) {
     const Token& token = tokens_[position_];
-    if (IsWord(position_, "TO")) {
+    if (IsKeyword(position_, "TO")) {
       FailTo();
     } else if (!IsName(token)) {
       ++position_;
       Fail(token, "Unexpected ^1 in ^2 (line ^3, column ^4). Expect names, TO or ALL...",
            {token.typed, subcommand_});
-    } else if (IsWord(position_++, "ALL")) {
+    } else if (IsKeyword(position_++, "ALL")) {
       return Entry();
-    } else if (!IsWord(position_, "TO")) {
+    } else if (!IsKeyword(position_, "TO")) {
       return Entry{&token, nullptr};
     } else if (const Token* last = TakeLast(); last != nullptr) {
       return Entry{&token, last};
@@ -96,7 +81,7 @@ std::optional<VariableList::Entry> VariableList::Next() {
 
 const Token* VariableList::TakeLast() {
   const std::size_t last = position_ + 1;
-  if (last == tokens_.size() || IsWord(last, "TO") || IsWord(last, "ALL")) {
+  if (last == tokens_.size() || IsKeyword(last, "TO") || IsKeyword(last, "ALL")) {
     FailTo();
     return nullptr;
   }
@@ -108,23 +93,23 @@ void VariableList::FailTo() {
   Fail(tokens_[position_],
        "TO out of place in ^1 (line ^2, column ^3). Expect a name on either side...",
        {subcommand_});
-  while (IsWord(position_, "TO")) ++position_;
+  while (IsKeyword(position_, "TO")) ++position_;
 }
 
-std::optional<int> VariableList::Column(const Token& name, const VELA_DataSource& dataSource) {
-  const int column = Find(dataSource, name);
+std::optional<int> VariableList::Column(const Token& name, const VariableNames& variables) {
+  const int column = Find(variables, name);
   if (column >= 0) return column;
   Fail(name, "Unknown variable ^1 in ^2 (line ^3, column ^4)...", {name.typed, subcommand_});
   return std::nullopt;
 }
 
-void VariableList::AddColumns(const Entry& entry, const VELA_DataSource& dataSource,
+void VariableList::AddColumns(const Entry& entry, const VariableNames& variables,
                               std::vector<int>& columns) {
   int from = 0;
-  int to = ColumnCountOf(dataSource) - 1;
+  int to = variables.Count() - 1;
   if (entry.first != nullptr) {
-    const std::optional<int> first = Column(*entry.first, dataSource);
-    const std::optional<int> last = entry.last == nullptr ? first : Column(*entry.last, dataSource);
+    const std::optional<int> first = Column(*entry.first, variables);
+    const std::optional<int> last = entry.last == nullptr ? first : Column(*entry.last, variables);
     if (!first || !last) return;
     if (*first > *last) {
       Fail(*entry.first, "Range ^1 TO ^2 in ^3 runs backwards (line ^4, column ^5)...",
@@ -137,19 +122,19 @@ void VariableList::AddColumns(const Entry& entry, const VELA_DataSource& dataSou
   for (int column = from; column <= to; ++column) columns.push_back(column);
 }
 
-void VariableList::AddNames(const Entry& entry, const VELA_DataSource* dataSource,
+void VariableList::AddNames(const Entry& entry, const VariableNames* variables,
                             std::vector<std::string>& names) {
   const bool isAll = entry.first == nullptr;
   const bool isRange = entry.last != nullptr;
-  const auto exists = [dataSource](const Token& token) {
-    return dataSource != nullptr && Find(*dataSource, token) >= 0;
+  const auto exists = [variables](const Token& token) {
+    return variables != nullptr && Find(*variables, token) >= 0;
   };
 
   if (isAll || (isRange && exists(*entry.first) && exists(*entry.last))) {
-    if (dataSource == nullptr) return;
+    if (variables == nullptr) return;
     std::vector<int> columns;
-    AddColumns(entry, *dataSource, columns);
-    for (const int column : columns) names.push_back(NameAt(*dataSource, column));
+    AddColumns(entry, *variables, columns);
+    for (const int column : columns) names.push_back(variables->At(column).String());
   } else if (isRange) {
     AddNumbered(entry, names);
   } else if (entry.first->kind == Token::Name || exists(*entry.first)) {
@@ -198,15 +183,14 @@ void VariableList::AddNumbered(const Entry& range, std::vector<std::string>& nam
   }
 }
 
-bool VariableList::IsWord(std::size_t position, const char* word) const {
-  return position < tokens_.size() && tokens_[position].kind == Token::Name &&
-         EqualIgnoringCase(tokens_[position].typed, word);
+bool VariableList::IsKeyword(std::size_t position, const char* keyword) const {
+  return position < tokens_.size() && tokens_[position].IsKeyword(keyword);
 }
 
 void VariableList::Fail(const Token& at, const std::string& text,
                         const std::vector<std::string_view>& arguments) {
   hasErrors_ = true;
-  ReportSyntaxError(at, text, arguments);
+  ReportSyntaxError(diagnostics_, at, text, arguments);
 }
 
 }  // namespace velahost

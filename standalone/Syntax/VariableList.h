@@ -8,7 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/Data.h"
+#include "standalone/Dictionary/VariableNames.h"
+#include "standalone/Syntax/Diagnostics.h"
 #include "standalone/Syntax/Tokenizer.h"
 
 namespace velahost {
@@ -17,16 +18,16 @@ namespace velahost {
 // and left out.
 class VariableList {
  public:
-  // The tokens of the list without the one that ends it, in the named subcommand. They live as long
-  // as this object.
-  VariableList(std::span<const Token> tokens, std::string subcommand)
-      : tokens_(tokens), subcommand_(std::move(subcommand)) {}
+  // The tokens of the list without the one that ends it, in the named subcommand. They and the
+  // diagnostics live as long as this object.
+  VariableList(std::span<const Token> tokens, std::string subcommand, Diagnostics& diagnostics)
+      : tokens_(tokens), subcommand_(std::move(subcommand)), diagnostics_(diagnostics) {}
 
   // The columns of the variables listed, in list order, each as often as it is named.
-  std::vector<int> Columns(const VELA_DataSource& dataSource);
-  // The names listed, in list order; those that the data source does not have are names too. A null
-  // data source has none.
-  std::vector<std::string> Names(const VELA_DataSource* dataSource);
+  std::vector<int> Columns(const VariableNames& variables);
+  // The names listed, in list order; those that are no variables yet are names too. Null stands
+  // for no variables.
+  std::vector<std::string> Names(const VariableNames* variables);
 
   // Whether anything was reported.
   bool HasErrors() const { return hasErrors_; }
@@ -45,20 +46,21 @@ class VariableList {
   // Reports the current TO as out of place and passes over it.
   void FailTo();
   // The column that a name stands for; nothing, reported, when there is none.
-  std::optional<int> Column(const Token& name, const VELA_DataSource& dataSource);
-  void AddColumns(const Entry& entry, const VELA_DataSource& dataSource, std::vector<int>& columns);
-  void AddNames(const Entry& entry, const VELA_DataSource* dataSource,
+  std::optional<int> Column(const Token& name, const VariableNames& variables);
+  void AddColumns(const Entry& entry, const VariableNames& variables, std::vector<int>& columns);
+  void AddNames(const Entry& entry, const VariableNames* variables,
                 std::vector<std::string>& names);
   // Whether the list holds more than a list can; reports it.
   bool IsTooLong(std::size_t listed);
   // Adds the names of one stem with ascending numbers.
   void AddNumbered(const Entry& range, std::vector<std::string>& names);
-  bool IsWord(std::size_t position, const char* word) const;
+  bool IsKeyword(std::size_t position, const char* keyword) const;
   void Fail(const Token& at, const std::string& text,
             const std::vector<std::string_view>& arguments);
 
   std::span<const Token> tokens_;
   std::string subcommand_;
+  Diagnostics& diagnostics_;
   std::size_t position_ = 0;
   bool hasErrors_ = false;
 };

@@ -10,8 +10,8 @@ namespace {
 
 constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Of a well-formed decimal without a sign that no double holds: whether it is too small, not too
-// large. It is too small when its first digit that is not zero stands behind the decimal point.
+// For a well-formed decimal without a sign that is outside double's range: whether it underflows.
+// It does when its first digit that is not zero stands after the decimal point.
 bool IsTooSmall(std::string_view decimal) {
   const std::size_t mantissaEnd = std::min(decimal.find_first_of("eE"), decimal.size());
   const std::string_view mantissa = decimal.substr(0, mantissaEnd);

@@ -61,6 +61,16 @@ Character CharacterAt(std::string_view text, std::size_t position) {
   return {code, static_cast<std::size_t>(length)};
 }
 
+void AppendCharacter(std::string& text, int code) {
+  if (code < 0x80) {
+    text += static_cast<char>(code);
+    return;
+  }
+  utf8proc_uint8_t bytes[4];
+  const auto length = static_cast<std::size_t>(utf8proc_encode_char(code, bytes));
+  text.append(reinterpret_cast<const char*>(bytes), length);
+}
+
 bool IsLetter(int code) {
   switch (utf8proc_category(code)) {
     case UTF8PROC_CATEGORY_LU:
@@ -119,16 +129,18 @@ std::string_view Trim(std::string_view text) {
   return text;
 }
 
+bool IsCollapsed(std::string_view text) {
+  char before = ' ';
+  for (const char c : text) {
+    if (IsSpace(c) && (c != ' ' || before == ' ')) return false;
+    before = c;
+  }
+  return text.empty() || before != ' ';
+}
+
 std::string Collapse(std::string_view text) {
   text = Trim(text);
-  // Most texts are as they should be.
-  char before = '\0';
-  const bool isCollapsed = std::none_of(text.begin(), text.end(), [&before](char c) {
-    const bool isWrong = IsSpace(c) && (c != ' ' || before == ' ');
-    before = c;
-    return isWrong;
-  });
-  if (isCollapsed) return std::string(text);
+  if (IsCollapsed(text)) return std::string(text);
   std::string collapsed;
   collapsed.reserve(text.size());
   for (const char c : text) {

@@ -20,6 +20,9 @@ struct Character {
 };
 Character CharacterAt(std::string_view text, std::size_t position);
 
+// Adds a character by its code. REQUIRES: the code of a character.
+void AppendCharacter(std::string& text, int code);
+
 // Whether a character is a letter of any script, or a mark that belongs to the letter before it.
 bool IsLetter(int code);
 bool IsMark(int code);
@@ -41,6 +44,8 @@ constexpr bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c 
 std::string_view Trim(std::string_view text);
 // The text without white space at its ends, and every run of white space inside as one blank.
 std::string Collapse(std::string_view text);
+// Whether the text has no white space but single blanks, inside.
+bool IsCollapsed(std::string_view text);
 // The text without blanks at its end.
 std::string_view TrimTrailingBlanks(std::string_view text);
 

@@ -1,5 +1,7 @@
 #include "tests/cases/Notation.h"
 
+#include "host/Output.h"
+
 namespace cases {
 namespace {
 
@@ -140,15 +142,16 @@ Lines ChangeLines(const Json& before, const Json& after) {
 }
 
 std::string DiagnosticLine(const velahost::Diagnostic& diagnostic) {
-  std::string text = diagnostic.text;
-  for (std::size_t i = 0; i < diagnostic.arguments.size(); ++i) {
+  std::string text = diagnostic.message.text;
+  for (std::size_t i = 0; i < diagnostic.message.arguments.size(); ++i) {
     const std::size_t place = text.find("^" + std::to_string(i + 1));
-    if (place != std::string::npos) text.replace(place, 2, "{" + diagnostic.arguments[i] + "}");
+    if (place != std::string::npos)
+      text.replace(place, 2, "{" + diagnostic.message.arguments[i] + "}");
   }
   const std::string show =
       diagnostic.show == BpShowMessage ? "" : " show " + std::to_string(diagnostic.show);
-  return (diagnostic.level >= BpLevelError ? "error " : "warning ") +
-         std::to_string(diagnostic.level) + show + ": " + text;
+  return (diagnostic.level >= velahost::Severity::Error ? "error " : "warning ") +
+         std::to_string(static_cast<int>(diagnostic.level)) + show + ": " + text;
 }
 
 }  // namespace cases

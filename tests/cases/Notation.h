@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "standalone/Output/Diagnostics.h"
+#include "standalone/Syntax/Diagnostics.h"
 #include "tests/cases/CaseFile.h"
 
 // Dictionaries and diagnostics in the notation of case files. A dictionary is taken as the object

@@ -5,6 +5,9 @@
 #include <set>
 
 #include "program/Library.h"
+#include "standalone/Host/DataSources.h"
+#include "standalone/Host/HostAccess.h"
+#include "standalone/Host/Variables.h"
 #include "tests/HostRun.h"
 #include "tests/cases/CaseFile.h"
 #include "tests/cases/CodebookText.h"
@@ -36,9 +39,9 @@ std::string Joined(const Lines& lines) {
 void CheckReading(const std::string& path, Lines dictionary) {
   std::stable_partition(dictionary.begin(), dictionary.end(),
                         [](const std::string& line) { return line.starts_with("file "); });
-  const velahost::OpenedCodebook opened = velahost::OpenCodebook(path);
+  const velahost::CodebookFile opened = velahost::OpenCodebook(path);
   EXPECT_TRUE(opened.warnings.empty()) << path;
-  const std::string actual = Joined(DictionaryLines(DictionaryJson(*opened.dataSource)));
+  const std::string actual = Joined(DictionaryLines(DictionaryJson(opened.dictionary)));
   if (actual != Joined(dictionary)) ADD_FAILURE() << path << " reads as\n" << actual;
 }
 
@@ -46,14 +49,15 @@ void CheckReading(const std::string& path, Lines dictionary) {
 void RunCommand(const velahost::Command& command, velahost::Host& host,
                 applydic::EntryPoint applyDictionary) {
   const VELA_DataSource& working = host.Working();
-  const Json before = DictionaryJson(working);
+  const Json before = DictionaryJson(host.WorkingDictionary());
   host.SetCommand(command);
   applyDictionary();
   EXPECT_TRUE(host.openFrames.empty());
   EXPECT_EQ(&host.Working(), host.active);
   if (&host.Working() != &working) {
     EXPECT_FALSE(host.diagnostics.FatalError());
-    EXPECT_EQ(before, DictionaryJson(working)) << "a store is a copy of what it is made over";
+    EXPECT_EQ(before, DictionaryJson(HostAccess::Of(working).DictionaryNow()))
+        << "a store is a copy of what it is made over";
   }
   std::set<std::int64_t> identities;
   const auto& variables = HostAccess::Of(host.Working()).variables;
@@ -79,13 +83,13 @@ void CheckOutcome(const Case& test, const velahost::Host& host, const Lines& cha
 }
 
 // What is in memory comes back from the saved file; what did not change is saved as it was.
-void CheckSaving(const VELA_DataSource& working, bool changed, const Folder& folder) {
-  const std::string document = velahost::WriteCodebook(working);
+void CheckSaving(const Hosted& hosted, bool changed, const Folder& folder) {
+  const std::string document = hosted.Saved();
   if (!changed) {
     EXPECT_EQ(folder.Read("working"), document);
   }
-  const velahost::OpenedCodebook saved = velahost::OpenCodebook(folder.Write("saved", document));
-  EXPECT_EQ(DictionaryJson(working).dump(1), DictionaryJson(*saved.dataSource).dump(1)) << document;
+  const velahost::CodebookFile saved = velahost::OpenCodebook(folder.Write("saved", document));
+  EXPECT_EQ(hosted.Json().dump(1), DictionaryJson(saved.dictionary).dump(1)) << document;
 }
 
 // Runs a case through the library's entry point on a host of its own.
@@ -97,7 +101,7 @@ void RunCase(const Case& test, applydic::EntryPoint applyDictionary) {
   CheckReading(folder.Write("working", CodebookText(test.working)), test.working);
 
   Hosted hosted("working");
-  hosted.host.pendingTransformations = test.pending;
+  hosted.host.hasPendingTransformations = test.pending;
   const Json before = hosted.Json();
   for (const velahost::Command& command : velahost::SplitCommands(Joined(test.command))) {
     RunCommand(command, hosted.host, applyDictionary);
@@ -105,7 +109,7 @@ void RunCase(const Case& test, applydic::EntryPoint applyDictionary) {
   const Lines changes = ChangeLines(before, hosted.Json());
   EXPECT_EQ(changes.empty(), before == hosted.Json()) << "a change that no line shows";
   CheckOutcome(test, hosted.host, changes);
-  CheckSaving(hosted.host.Working(), !changes.empty(), folder);
+  CheckSaving(hosted, !changes.empty(), folder);
   EXPECT_EQ(source, folder.Read("source"));
 }
 

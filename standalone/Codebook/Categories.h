@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "standalone/Dictionary/Changes.h"
+#include "standalone/Dictionary/Variable.h"
+#include "standalone/Text/Text.h"
+#include "standalone/Xml/Document.h"
+#include "standalone/Xml/Editor.h"
+#include "standalone/Xml/NewElement.h"
+
+// Value labels: the catgry elements of a var. Which category carries a label, how labels are
+// written onto categories, and the order that they have in the document then (InDocumentOrder in
+// CodebookFile.h) are decided here alone.
+
+namespace velahost {
+
+// One catgry: its label's element, and its value as the variable has it.
+struct CategoryReading {
+  Element element;
+  Element label;           // null: it has none
+  bool hasValue = false;   // there is a catValu
+  bool fits = false;       // and the variable can have it: then it is in number or string
+  bool isFlagged = false;  // missing="Y"
+  double number = 0;
+  Text string;
+
+  ValueLabel Value() const { return {number, string, {}}; }
+};
+std::vector<CategoryReading> ReadCategories(Element var, int type, TextArena& texts);
+
+// The bytes of the longest value that a category of a var has.
+std::size_t LongestCategory(Element var);
+
+// Takes the labels of the categories as the variable's value labels, and the categories where these
+// are more. Returns whether a label was passed over because its value is longer than the string.
+bool TakeValueLabels(const std::vector<CategoryReading>& categories, Variable& variable,
+                     TextArena& texts);
+
+// Edits the categories of a var so that their labels and their missing flags read as the
+// variable's, as far as they have changed. Returns the bytes of the longest value that then stands
+// in a category.
+std::size_t WriteCategories(Element var, const Variable& read, const Variable& now,
+                            PropertySet changed, Editor& editor);
+
+// Adds the categories of a variable to a new var.
+void AddCategories(const Variable& variable, NewElement& var);
+
+// A value as it is written.
+std::string ValueText(const ValueLabel& value, bool isNumeric);
+
+}  // namespace velahost

@@ -1,0 +1,120 @@
+#include "standalone/Codebook/Reader.h"
+
+#include <string>
+#include <utility>
+
+#include "standalone/Codebook/Elements.h"
+#include "standalone/Codebook/FileDescription.h"
+#include "standalone/Codebook/Sets.h"
+#include "standalone/Codebook/Variables.h"
+#include "standalone/Text/Utf8.h"
+
+namespace velahost {
+
+CodebookReader::CodebookReader(std::string_view text, OpenFor use, Namespaces& namespaces)
+    : namespaces_(&namespaces), text_{text, Encoding::Utf8}, use_(use) {}
+
+CodebookReader::CodebookReader(std::string_view text, OpenFor use, Namespaces::Scope scope)
+    : text_{text, Encoding::Utf8},
+      use_(use),
+      stack_{{0, element::codeBook, false, scope}, {0, element::dataDscr, false, scope}} {}
+
+void CodebookReader::Start(const XmlStart& start) {
+  if (passedOver_ > 0 || !Keeps()) {
+    ++passedOver_;
+    return;
+  }
+  text_.encoding = start.encoding;
+  if (stack_.empty()) StartRoot(start);
+  const ElementName name = stack_.empty() ? ElementName{element::codeBook} : start.element;
+  const auto place = static_cast<ElementPlace>(reading_.elements.size());
+  if (gatheredDepth_ == 0 && IsGathered(name)) gatheredDepth_ = stack_.size() + 1;
+  reading_.elements.push_back({.begin = static_cast<std::uint32_t>(start.begin),
+                               .contentBegin = static_cast<std::uint32_t>(start.end),
+                               .contentEnd = 0,
+                               .end = 0,
+                               .count = 1,
+                               .name = name,
+                               .hasAttributes = *start.attributes != nullptr});
+  stack_.push_back({place, name, true, start.scope});
+}
+
+void CodebookReader::StartRoot(const XmlStart& start) {
+  if (LocalNameOf(start.name) != "codeBook") {
+    throw XmlError("line " + std::to_string(LineCounter(text_.text).LineOf(start.begin)) +
+                   ": the document is no codebook: its root element is " + start.name +
+                   ", not codeBook");
+  }
+  namespaces_->Adopt(start.scope, PrefixOf(start.name));
+}
+
+void CodebookReader::End(std::size_t begin, std::size_t end) {
+  if (passedOver_ > 0) {
+    --passedOver_;
+    return;
+  }
+  const Open open = stack_.back();
+  const bool endsGathered = stack_.size() == gatheredDepth_;
+  stack_.pop_back();
+  const auto contentEnd = static_cast<std::uint32_t>(begin);
+  const auto elementEnd = static_cast<std::uint32_t>(end);
+  const auto elementCount = static_cast<std::uint32_t>(reading_.elements.size());
+  if (!open.beginsHere) {
+    reading_.ends.push_back({contentEnd, elementEnd, elementCount});
+    return;
+  }
+  ElementExtent& element = reading_.elements[open.place];
+  element.contentEnd = contentEnd;
+  element.end = elementEnd;
+  element.count = elementCount - open.place;
+  if (!endsGathered) return;
+  gatheredDepth_ = 0;
+  ReadGathered(open.place);
+  if (open.name == element::var && begin != end) variableEnd_ = {begin, end};
+}
+
+Reading CodebookReader::Take() {
+  for (Open& open : stack_) {
+    if (open.beginsHere) reading_.open.push_back(open.place);
+    open.beginsHere = false;
+  }
+  return std::exchange(reading_, {});
+}
+
+bool CodebookReader::StandsAfterVariable(std::size_t position) const {
+  return passedOver_ == 0 && stack_.size() == 2 && stack_.back().name == element::dataDscr &&
+         variableEnd_.end == position;
+}
+
+// Whether what starts now is kept: the root, its children, those of dataDscr, and what is gathered.
+bool CodebookReader::Keeps() const {
+  return stack_.size() < 2 || gatheredDepth_ > 0 ||
+         (stack_.size() == 2 && stack_.back().name == element::dataDscr);
+}
+
+// Whether the element that starts now is gathered with what is in it.
+bool CodebookReader::IsGathered(ElementName name) const {
+  if (stack_.size() == 1) return name == element::fileDscr;
+  return stack_.size() == 2 && (name == element::var || name == element::varGrp);
+}
+
+void CodebookReader::ReadGathered(ElementPlace place) {
+  const Element element(text_, reading_.elements[place]);
+  switch (element.Name()) {
+    case element::fileDscr:
+      reading_.files.push_back(
+          {place, texts_.Add(Trim(element.Attribute("ID"))), ReadFileDescription(element, texts_)});
+      break;
+    case element::varGrp:
+      reading_.groups.push_back({place, ReadGroup(element, texts_)});
+      break;
+    default:
+      reading_.variables.push_back(
+          {place, stack_.back().scope, ReadVariable(element, variables_, texts_)});
+  }
+  if (use_ == OpenFor::Writing) return;
+  reading_.elements.resize(place + std::size_t{1});
+  reading_.elements[place].count = 1;
+}
+
+}  // namespace velahost

@@ -1,0 +1,261 @@
+#include <algorithm>
+#include <deque>
+#include <future>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "standalone/Codebook/Codebook.h"
+#include "standalone/Codebook/CodebookFile.h"
+#include "standalone/Codebook/Elements.h"
+#include "standalone/Codebook/FileDescription.h"
+#include "standalone/Codebook/Ids.h"
+#include "standalone/Codebook/Notes.h"
+#include "standalone/Codebook/Sets.h"
+#include "standalone/Codebook/Variables.h"
+#include "standalone/Dictionary/Changes.h"
+#include "standalone/Text/Utf8.h"
+#include "standalone/Xml/Editor.h"
+
+namespace velahost {
+namespace {
+
+// Variables are written so many at a time: enough to be worth a thread, few enough to take little
+// memory.
+constexpr std::size_t kVariablesAtOnce = 2048;
+
+// The layout of a codebook: a level is what variables are indented by in their description.
+Layout LayoutOfCodebook(const Codebook& codebook) {
+  const Element description = codebook.document.Root().Child(element::dataDscr);
+  if (!description) return LayoutOf(codebook.document, {}, {});
+  if (codebook.variables.empty()) return LayoutOf(codebook.document, {}, description);
+  return LayoutOf(codebook.document, description, codebook.variables.front().element);
+}
+
+// Writes one document. The changes outside its variables are gathered first, as edits of its text.
+// Then the document goes out in stretches, each with the edits of its variables; while one goes
+// out, as many are made as the machine has threads.
+class CodebookWriter {
+ public:
+  CodebookWriter(const CodebookFile& file, const Dictionary& now, const Changes& changes)
+      : file_(file),
+        now_(now),
+        changes_(changes),
+        changed_(changes.file),
+        codebook_(*file.codebook),
+        document_(codebook_.document),
+        layout_(LayoutOfCodebook(codebook_)),
+        edits_(document_.Encoding()),
+        ids_(document_),
+        newIds_(now.variables.size()) {}
+
+  void Write(const ByteSink& sink) {
+    WriteSetsAndNewIds();
+    WriteFile();
+    AddToDataDescription();
+    Editor editor(document_, layout_);
+    for (const NewElement& added : newInRoot_) editor.Insert(document_.Root(), added);
+    edits_.Add(std::move(editor).Take());
+    const std::size_t threads = std::max(1U, std::thread::hardware_concurrency());
+    std::deque<std::future<std::string>> made;
+    for (const Stretch& stretch : Stretches()) {
+      made.push_back(std::async(&CodebookWriter::BytesOf, this, stretch));
+      if (made.size() <= threads) continue;
+      sink(made.front().get());
+      made.pop_front();
+    }
+    for (std::future<std::string>& last : made) sink(last.get());
+  }
+
+ private:
+  // A part of the text, and the columns whose variables stand in it.
+  struct Stretch {
+    std::size_t begin;
+    std::size_t end;
+    std::size_t firstColumn;
+    std::size_t lastColumn;  // the one after them
+  };
+
+  std::size_t ReadCount() const { return file_.variablePlaces.size(); }
+  bool IsNew(std::size_t column) const { return column >= ReadCount(); }
+  const Codebook::Variable& AsRead(std::size_t column) const {
+    return codebook_.variables[file_.variablePlaces[column]];
+  }
+
+  // The text from end to end, cut after variables.
+  std::vector<Stretch> Stretches() const {
+    std::vector<Stretch> stretches;
+    for (std::size_t column = 0; column < ReadCount(); column += kVariablesAtOnce) {
+      const std::size_t begin = stretches.empty() ? 0 : stretches.back().end;
+      const std::size_t last = std::min(column + kVariablesAtOnce, ReadCount());
+      stretches.push_back({begin, AsRead(last - 1).element.End(), column, last});
+    }
+    if (stretches.empty()) stretches.push_back({0, 0, 0, 0});
+    // One byte more than there is takes in what is inserted after everything.
+    stretches.back().end = document_.Text().size() + 1;
+    return stretches;
+  }
+
+  // Sets come first: they decide which variables need an ID.
+  void WriteSetsAndNewIds() {
+    for (std::size_t i = ReadCount(); i < now_.variables.size(); ++i) IdOf(i);
+    SetEdits sets = WriteSets({file_, now_, changed_, layout_, ids_, [this](int column) {
+                                 return IdOf(static_cast<std::size_t>(column));
+                               }});
+    edits_.Add(sets.edits);
+    newSets_ = std::move(sets.unplaced);
+  }
+
+  // The ID of a variable; one that has none is given one.
+  std::string IdOf(std::size_t column) {
+    if (!IsNew(column) && !AsRead(column).id.Empty()) return AsRead(column).id.String();
+    if (newIds_[column].empty()) newIds_[column] = ids_.Make(now_.variables[column]->name);
+    return newIds_[column];
+  }
+
+  // A stretch with all changes in it. Called on several threads at once.
+  std::string BytesOf(const Stretch& stretch) const {
+    Edits edits(document_.Encoding());
+    edits.AddBetween(edits_, stretch.begin, stretch.end);
+    Editor editor(document_, layout_);
+    auto change = std::lower_bound(
+        changes_.changed.begin(), changes_.changed.end(), stretch.firstColumn,
+        [](const Changes::OfVariable& of, std::size_t column) { return of.column < column; });
+    for (std::size_t i = stretch.firstColumn; i < stretch.lastColumn; ++i) {
+      const bool isChanged = change != changes_.changed.end() && change->column == i;
+      WriteColumn(i, isChanged ? change++->properties : PropertySet(), editor);
+    }
+    Edits ofVariables = std::move(editor).Take();
+    ofVariables.Add(edits);
+    return ofVariables.Apply(document_.Text(), stretch.begin,
+                             std::min(stretch.end, document_.Text().size()));
+  }
+
+  void WriteColumn(std::size_t column, PropertySet changed, Editor& editor) const {
+    const Codebook::Variable& read = AsRead(column);
+    if (!newIds_[column].empty()) editor.SetAttribute(read.element, "ID", newIds_[column]);
+    const bool weights =
+        SetsWeight() && now_.file.weight == static_cast<int>(column) && !read.weights;
+    if (weights) editor.SetAttribute(read.element, "wgt", "wgt");
+    if (changed.Empty()) return;
+    WriteVariable(read.element, *file_.dictionary.variables[column], *now_.variables[column],
+                  changed, editor);
+  }
+
+  // Whether the document would not read as weighted as the file is now.
+  bool SetsWeight() const { return changed_.Has(FileItem::Weight); }
+
+  // What the weight's note must say: nothing where the attribute alone says which variable it is.
+  std::optional<std::string> WeightNote() const {
+    if (now_.file.weight < 0) return std::nullopt;
+    const auto weight = static_cast<std::size_t>(now_.file.weight);
+    for (std::size_t i = 0; i < ReadCount(); ++i) {
+      if (i != weight && AsRead(i).weights) return NameAt(now_.file.weight);
+    }
+    return std::nullopt;
+  }
+
+  std::string NameAt(int column) const {
+    return now_.variables[static_cast<std::size_t>(column)]->name.String();
+  }
+
+  // The column of the variable of that name as the file is now, or -1.
+  int FindNow(std::string_view name) const {
+    const int column = file_.names.Find(name);
+    if (column >= 0) return column;
+    for (std::size_t i = ReadCount(); i < now_.variables.size(); ++i) {
+      if (EqualIgnoringCase(now_.variables[i]->name, CutToBytes(name, kNameBytes))) {
+        return static_cast<int>(i);
+      }
+    }
+    return -1;
+  }
+
+  void WriteFile() {
+    const Element fileDscr = codebook_.files[file_.place].element;
+    if (!fileDscr) {
+      const std::optional<std::string> weight = SetsWeight() ? WeightNote() : std::nullopt;
+      NewElement added = NewFileDescription(now_.file, weight);
+      if (!added.children.empty()) newInRoot_.push_back(std::move(added));
+      return;
+    }
+    Editor editor(document_, layout_);
+    WriteFileDescription(fileDscr, now_.file, changed_, editor);
+    WriteWeightNote(fileDscr, editor);
+    edits_.Add(std::move(editor).Take());
+  }
+
+  void WriteWeightNote(Element fileDscr, Editor& editor) const {
+    const Element note = FindNote(fileDscr, kWeightNote);
+    if (!note) {
+      if (!SetsWeight()) return;
+      if (const auto name = WeightNote()) {
+        editor.Insert(fileDscr, NewNote(element::fileDscr, kWeightNote, *name));
+      }
+      return;
+    }
+    if (FindNow(LineOf(note)) == now_.file.weight) return;
+    // The note named another variable, or none until one of that name was added.
+    editor.SetText(note, now_.file.weight < 0 ? std::string() : NameAt(now_.file.weight));
+  }
+
+  // New sets that have no place among others, and the new variables.
+  void AddToDataDescription() {
+    std::vector<NewElement> variables;
+    const std::string fileId = codebook_.files[file_.place].id.String();
+    for (std::size_t i = ReadCount(); i < now_.variables.size(); ++i) {
+      const bool weights = SetsWeight() && now_.file.weight == static_cast<int>(i);
+      variables.push_back(NewVariable(*now_.variables[i], IdOf(i), fileId, weights, layout_));
+    }
+    if (variables.empty() && newSets_.empty()) return;
+    const Element description = document_.Root().Child(element::dataDscr);
+    if (!description) {
+      NewElement added{.element = element::dataDscr, .children = std::move(newSets_)};
+      std::move(variables.begin(), variables.end(), std::back_inserter(added.children));
+      newInRoot_.push_back(std::move(added));
+      return;
+    }
+    Editor editor(document_, layout_);
+    if (ReadCount() > 0) {
+      const Element last = AsRead(ReadCount() - 1).element;
+      for (const NewElement& variable : variables) editor.InsertAfter(last, variable);
+      variables.clear();
+    }
+    for (const NewElement& set : newSets_) editor.Insert(description, set);
+    for (const NewElement& variable : variables) editor.Insert(description, variable);
+    edits_.Add(std::move(editor).Take());
+  }
+
+  const CodebookFile& file_;
+  const Dictionary& now_;
+  const Changes& changes_;
+  const FileItemSet changed_;  // of the file
+  const Codebook& codebook_;
+  const Document& document_;
+  const Layout layout_;
+  Edits edits_;
+  DocumentIds ids_;
+  std::vector<std::string> newIds_;  // by column; empty for none
+  std::vector<NewElement> newSets_;
+  std::vector<NewElement> newInRoot_;  // inserted at once, in their order there
+};
+
+}  // namespace
+
+void WriteCodebook(const CodebookFile& file, const Dictionary& dictionary, const Changes& changes,
+                   const ByteSink& sink) {
+  CodebookWriter(file, dictionary, changes).Write(sink);
+}
+
+std::string WriteCodebook(const CodebookFile& file, const Dictionary& dictionary) {
+  std::string document;
+  WriteCodebook(file, dictionary, ChangesBetween(file.dictionary, dictionary),
+                [&](std::string_view bytes) { document += bytes; });
+  return document;
+}
+
+}  // namespace velahost

@@ -1,0 +1,198 @@
+#include "standalone/Codebook/Variables.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "standalone/Codebook/Categories.h"
+#include "standalone/Codebook/Documentation.h"
+#include "standalone/Codebook/Elements.h"
+#include "standalone/Codebook/Formats.h"
+#include "standalone/Codebook/Missing.h"
+#include "standalone/Codebook/Notes.h"
+#include "standalone/Dictionary/Changes.h"
+#include "standalone/Text/Numbers.h"
+#include "standalone/Text/Utf8.h"
+
+namespace velahost {
+namespace {
+
+// The attributes of a var that are read, in this order.
+enum VarAttribute : std::size_t { kName, kId, kFiles, kWeight, kNature };
+constexpr std::array<std::string_view, 5> kVarAttributes = {"name", "ID", "files", "wgt", "nature"};
+
+Level LevelOf(std::string_view name) {
+  if (name == "nominal") return Level::Nominal;
+  if (name == "ordinal") return Level::Ordinal;
+  if (name == "interval" || name == "ratio" || name == "percent") return Level::Scale;
+  return Level::None;
+}
+
+// How the standard names a level. REQUIRES: a level other than none.
+const char* NatureOf(Level level) { return level == Level::Scale ? "interval" : NameOf(level); }
+
+// The notes of the host's own that a var may have besides that of its write format.
+void ReadNotes(Element var, Variable& variable) {
+  for (const Element note : var.All(element::notes)) {
+    const MarkupText type = note.Attribute("type");
+    if (!type.View().starts_with("VELA:")) continue;
+    const MarkupText text = note.Text();
+    const std::string_view value = Trim(text);
+    // The first note of a type counts.
+    if (note != FindNote(var, type)) continue;
+    if (type.View() == kColumnWidthNote) {
+      constexpr int kMost = std::numeric_limits<short>::max();
+      variable.columnWidth = static_cast<short>(ReadInteger(value, 0, kMost).value_or(0));
+    } else if (type.View() == kRoleNote) {
+      variable.role = RoleNamed(value).value_or(variable.role);
+    } else if (type.View() == kAlignmentNote) {
+      variable.alignment = AlignmentNamed(value).value_or(variable.alignment);
+    }
+  }
+}
+
+// What a note says, or nothing where it would say the default.
+std::optional<std::string> ColumnWidthNote(const Variable& variable) {
+  if (variable.columnWidth == 0) return std::nullopt;
+  return std::to_string(variable.columnWidth);
+}
+std::optional<std::string> RoleNote(const Variable& variable) {
+  if (variable.role == Role::Input) return std::nullopt;
+  return NameOf(variable.role);
+}
+std::optional<std::string> AlignmentNote(const Variable& variable) {
+  if (variable.alignment == DefaultAlignment(variable.type)) return std::nullopt;
+  return NameOf(variable.alignment);
+}
+
+Text NameOf(std::string_view name, std::string_view id, TextArena& texts) {
+  std::string collapsed = Collapse(name);
+  if (collapsed.empty()) collapsed = Collapse(id);
+  return texts.Add(CutToBytes(collapsed, kNameBytes));
+}
+
+// The IDs of files that the locations of a var name.
+std::vector<Text> ReadLocations(Element var, TextArena& texts) {
+  std::vector<Text> ids;
+  for (const Element location : var.All(element::location)) {
+    const MarkupText id = location.Attribute("fileid");
+    if (id.IsThere()) ids.push_back(texts.Add(Trim(id)));
+  }
+  return ids;
+}
+
+void WriteLabel(Element var, const Variable& now, Editor& editor) {
+  const Element labl = var.Child(element::labl);
+  if (!labl) {
+    editor.Insert(var, {.element = element::labl, .text = now.label.value_or(Text()).String()});
+  } else if (!now.label) {
+    editor.Remove(labl);
+  } else {
+    editor.SetText(labl, *now.label);
+  }
+}
+
+// Brings new children into the standard's order.
+void SortChildren(NewElement& var) {
+  const auto order = CodebookVocabulary().ChildOrder(element::var);
+  const auto rankOf = [order](const NewElement& child) {
+    return std::find(order.begin(), order.end(), child.element) - order.begin();
+  };
+  std::stable_sort(var.children.begin(), var.children.end(),
+                   [&](const NewElement& a, const NewElement& b) { return rankOf(a) < rankOf(b); });
+}
+
+}  // namespace
+
+std::shared_ptr<Variable> VariablePool::Add() {
+  if (used_ == kInBlock) {
+    block_ = std::make_shared<Block>();
+    used_ = 0;
+  }
+  return {block_, &(*block_)[used_++]};
+}
+
+VariableReading ReadVariable(Element var, VariablePool& variables, TextArena& texts) {
+  VariableReading reading;
+  reading.variable = variables.Add();
+  Variable& variable = *reading.variable;
+  const auto attributes = var.Attributes(kVarAttributes);
+  variable.name = NameOf(attributes[kName], attributes[kId], texts);
+  std::string upperCase = UpperCase(variable.name);
+  variable.upperCaseName =
+      variable.name == std::string_view(upperCase) ? variable.name : texts.Add(upperCase);
+  variable.type = ReadType(var);
+  variable.alignment = DefaultAlignment(variable.type);
+  const std::vector<CategoryReading> categories = ReadCategories(var, variable.type, texts);
+
+  if (const Element labl = var.Child(element::labl)) {
+    variable.label = texts.AddCollapsed(labl.Text());
+  }
+  reading.longCategoriesNotRead = TakeValueLabels(categories, variable, texts);
+  auto missing = ReadMissing(var, variable.type, categories, texts);
+  reading.missingNotRead = !missing;
+  if (missing) variable.missing = std::move(*missing);
+  ReadFormats(var, variable, texts);
+  variable.level = LevelOf(attributes[kNature]);
+  ReadNotes(var, variable);
+  variable.attributes = ReadAttributes(var, texts);
+
+  reading.id = texts.Add(Trim(attributes[kId]));
+  reading.weights = attributes[kWeight].View() == "wgt";
+  reading.files = texts.Add(attributes[kFiles]);
+  reading.locations = ReadLocations(var, texts);
+  return reading;
+}
+
+void WriteVariable(Element var, const Variable& read, const Variable& now, PropertySet changed,
+                   Editor& editor) {
+  if (changed.Has(Property::Label)) WriteLabel(var, now, editor);
+  std::optional<std::size_t> longestCategory;
+  if (changed.Has(Property::ValueLabels) || changed.Has(Property::Missing)) {
+    longestCategory = WriteCategories(var, read, now, changed, editor);
+  }
+  if (changed.Has(Property::Missing)) WriteMissing(var, now, editor);
+  WriteFormats(var, now, changed, longestCategory, editor);
+  if (changed.Has(Property::Level)) editor.SetAttribute(var, "nature", NatureOf(now.level));
+  if (changed.Has(Property::ColumnWidth)) {
+    WriteNote(var, kColumnWidthNote, ColumnWidthNote(now), editor);
+  }
+  if (changed.Has(Property::Role)) WriteNote(var, kRoleNote, RoleNote(now), editor);
+  if (changed.Has(Property::Alignment)) WriteNote(var, kAlignmentNote, AlignmentNote(now), editor);
+  if (changed.Has(Property::Attributes)) WriteAttributes(now.attributes, var, editor);
+}
+
+NewElement NewVariable(const Variable& variable, const std::string& id, const std::string& fileId,
+                       bool weights, const Layout& layout) {
+  NewElement var{.element = element::var};
+  var.attributes = {{"ID", id}, {"name", variable.name.String()}};
+  if (!fileId.empty()) var.attributes.emplace_back("files", fileId);
+  if (weights) var.attributes.emplace_back("wgt", "wgt");
+  if (variable.level != Level::None) {
+    var.attributes.emplace_back("nature", NatureOf(variable.level));
+  }
+
+  if (variable.label) {
+    var.children.push_back({.element = element::labl, .text = variable.label->String()});
+  }
+  AddMissing(variable, var);
+  AddCategories(variable, var);
+  AddFormats(variable, var);
+  const std::pair<std::string_view, std::optional<std::string>> notes[] = {
+      {kColumnWidthNote, ColumnWidthNote(variable)},
+      {kRoleNote, RoleNote(variable)},
+      {kAlignmentNote, AlignmentNote(variable)}};
+  for (const auto& [type, text] : notes) {
+    if (text) var.children.push_back(NewNote(element::var, type, *text));
+  }
+  AddAttributes(variable.attributes, var);
+  AddDocumentation(variable.documentation, layout, var);
+  SortChildren(var);
+  return var;
+}
+
+}  // namespace velahost

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "standalone/Text/Text.h"
+
+namespace velahost {
+
+// A print or write format: letters in upper case, a width from 1 to 32767, and decimals. The
+// letters "A" and "HEX" are formats of strings: of a string's own width, or of twice that.
+struct Format {
+  Text letters;
+  int width = 0;
+  int decimals = 0;
+
+  bool operator==(const Format&) const = default;
+  bool IsOfStrings() const { return letters == "A" || letters == "HEX"; }
+  // The width in bytes of the string that the format is for; nothing if it is for none.
+  std::optional<int> StringWidth() const;
+};
+
+// The bounds of a width, of a format and of a string.
+inline constexpr int kLeastWidth = 1;
+inline constexpr int kMostWidth = 32767;
+
+// The width of what states none.
+inline constexpr int kDefaultWidth = 8;
+
+// The format that a text such as "F8.2" spells: letters, a width, and decimals after a point.
+// Nothing if it spells none. The letters are a text of the arena's.
+std::optional<Format> ReadFormat(std::string_view text, TextArena& texts);
+// The text that reads as the format.
+std::string TextOf(const Format& format);
+
+// The format that a variable of the type has where this one is stated: a string's is A or HEX at
+// its own width, A where none is stated; a number has the one stated, or nothing where that is of
+// strings or there is none.
+std::optional<Format> FormatFor(const std::optional<Format>& stated, int type);
+
+}  // namespace velahost

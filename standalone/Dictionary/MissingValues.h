@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "standalone/Text/Text.h"
+
+namespace velahost {
+
+// The missing values of a variable: single values, and for a number also a range.
+struct MissingValues {
+  // From the lowest to the highest, both included; an open end is an infinite number.
+  std::optional<std::pair<double, double>> range;
+  std::vector<double> numbers;  // of a numeric variable
+  std::vector<Text> strings;    // of a string variable, without the blanks at their ends
+
+  bool operator==(const MissingValues&) const = default;
+
+  bool Empty() const { return !range && numbers.empty() && strings.empty(); }
+  // What the host's interface and `show --json` give: the number of single values; with a range
+  // -(2 + that number).
+  int Count() const;
+  // Whether a value is one of them. A string counts without the blanks at its end.
+  bool Contains(double number) const;
+  bool Contains(std::string_view string) const;
+};
+
+}  // namespace velahost

@@ -1,0 +1,87 @@
+#include "standalone/Files/File.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <new>
+
+#include "standalone/Files/Descriptor.h"
+
+namespace velahost {
+namespace {
+
+[[noreturn]] void CannotRead(const std::string& path, const std::string& why) {
+  throw FileError(path + ": cannot be read: " + why);
+}
+
+// Reads up to `most` bytes; fewer only at the end of the file.
+std::size_t ReadUpTo(const Descriptor& file, char* into, std::size_t most,
+                     const std::string& path) {
+  std::size_t length = 0;
+  while (length < most) {
+    const ssize_t count = read(file.Number(), into + length, most - length);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) CannotRead(path, std::strerror(errno));
+    if (count == 0) break;
+    length += static_cast<std::size_t>(count);
+  }
+  return length;
+}
+
+}  // namespace
+
+Bytes::Bytes(std::string_view copied) : Bytes(Room(copied.size())) {
+  std::copy(copied.begin(), copied.end(), Data());
+}
+
+Bytes Bytes::Room(std::size_t size) {
+  // Large room is taken in large pages: the system hands out far fewer of them.
+  constexpr std::size_t kLargePage = std::size_t{1} << 21;
+  const bool isLarge = size >= 2 * kLargePage;
+  const std::size_t room = isLarge ? (size + kLargePage - 1) / kLargePage * kLargePage : size + 1;
+  Bytes bytes;
+  bytes.bytes_.reset(
+      static_cast<char*>(isLarge ? std::aligned_alloc(kLargePage, room) : std::malloc(room)));
+  if (!bytes.bytes_) throw std::bad_alloc();
+  bytes.size_ = size;
+  if (isLarge) madvise(bytes.Data(), room, MADV_HUGEPAGE);  // no matter if it cannot
+  return bytes;
+}
+
+FileBytes ReadFile(const std::string& path) {
+  if (path.find('\0') != std::string::npos) CannotRead(path, "there is a zero byte in its name");
+  // Without O_NONBLOCK a pipe that nobody writes to would never be opened.
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file.IsOpen()) CannotRead(path, std::strerror(errno));
+  struct stat status = {};
+  if (fstat(file.Number(), &status) != 0) CannotRead(path, std::strerror(errno));
+  if (!S_ISREG(status.st_mode)) {
+    CannotRead(path, S_ISDIR(status.st_mode) ? "it is a folder" : "it is not a regular file");
+  }
+  // One byte more than expected shows the end of the file without another turn.
+  std::size_t room = static_cast<std::size_t>(status.st_size) + 1;
+  Bytes bytes = Bytes::Room(room);
+  std::size_t length = ReadUpTo(file, bytes.Data(), room, path);
+  while (length == room) {  // the file has grown
+    room *= 2;
+    Bytes more = Bytes::Room(room);
+    std::copy_n(bytes.Data(), length, more.Data());
+    bytes = std::move(more);
+    length += ReadUpTo(file, bytes.Data() + length, room - length, path);
+  }
+  bytes.CutTo(length);
+  return {std::move(bytes), {status.st_dev, status.st_ino}};
+}
+
+std::optional<FileIdentity> IdentityAt(const std::string& path) {
+  struct stat status = {};
+  if (stat(path.c_str(), &status) != 0) return std::nullopt;
+  return FileIdentity{status.st_dev, status.st_ino};
+}
+
+}  // namespace velahost

@@ -1,0 +1,8 @@
+#include "standalone/Host/Calls.h"
+
+namespace velahost {
+
+CallObserver callObserver = nullptr;
+ReleaseObserver releaseObserver = nullptr;
+
+}  // namespace velahost

@@ -1,0 +1,198 @@
+#include "standalone/Host/DataSources.h"
+
+#include <utility>
+
+#include "host/Exceptions.h"
+#include "standalone/Host/Calls.h"
+#include "standalone/Host/Documents.h"
+#include "standalone/Host/Host.h"
+#include "standalone/Host/HostAccess.h"
+#include "standalone/Host/Variables.h"
+#include "standalone/Text/Message.h"
+
+// Every setting makes the new value first, from what may be the data source's own, and changes the
+// data source last, by what cannot fail. A value that is there already changes nothing.
+
+using velahost::Called;
+using velahost::Released;
+using velahost::Text;
+
+VELA_DataSource::Impl::Impl(const std::shared_ptr<const velahost::CodebookFile>& file)
+    : items(file->dictionary.file) {
+  for (std::size_t column = 0; column < file->dictionary.variables.size(); ++column) {
+    auto variable = std::make_unique<VELA_Variable::Impl>();
+    variable->now = file->dictionary.variables[column];
+    variable->file = file;
+    variable->column = column;
+    Append(std::move(variable));
+  }
+  namesOf_ = file;
+}
+
+VELA_DataSource::Impl::Impl(const Impl& other) : items(other.items), namesOf_(other.namesOf_) {
+  for (const VELA_Variable& variable : other.variables) {
+    Append(std::make_unique<VELA_Variable::Impl>(HostAccess::Of(variable)));
+  }
+}
+
+velahost::Dictionary VELA_DataSource::Impl::DictionaryNow() const {
+  velahost::Dictionary dictionary;
+  dictionary.variables.reserve(variables.size());
+  for (const VELA_Variable& variable : variables) {
+    dictionary.variables.push_back(HostAccess::Of(variable).now);
+  }
+  dictionary.file = items;
+  return dictionary;
+}
+
+const velahost::VariableNames& VELA_DataSource::Impl::Names() const {
+  if (namesOf_) return namesOf_->names;
+  if (names_) return *names_;
+  velahost::VariableNames names;
+  names.Reserve(variables.size());
+  for (const VELA_Variable& variable : variables) names.Add(*HostAccess::Of(variable).now);
+  return names_.emplace(std::move(names));
+}
+
+void VELA_DataSource::Impl::ForgetNames() {
+  namesOf_ = nullptr;
+  names_.reset();
+}
+
+void VELA_DataSource::Impl::Append(std::unique_ptr<VELA_Variable::Impl> variable) {
+  variable->owner = this;
+  variables.emplace_back(std::move(variable));
+}
+
+void VELA_DataSource::Impl::Add(std::unique_ptr<VELA_Variable::Impl> variable) {
+  // Where the rest fails, the names are made again when they are asked for.
+  std::optional<velahost::VariableNames> names = std::exchange(names_, std::nullopt);
+  if (namesOf_) names = namesOf_->names;
+  if (names) names->Add(*variable->now);
+  Append(std::move(variable));
+  namesOf_ = nullptr;
+  names_ = std::move(names);
+}
+
+VELA_DataSource::VELA_DataSource(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
+
+VELA_DataSource::~VELA_DataSource() { Released("VELA_DataSource::~VELA_DataSource"); }
+
+int VELA_DataSource::ColumnCount() const {
+  Called("VELA_DataSource::ColumnCount");
+  return static_cast<int>(impl_->variables.size());
+}
+
+const VELA_Variable& VELA_DataSource::GetVariable(int column) const {
+  Called("VELA_DataSource::GetVariable");
+  return impl_->variables[static_cast<std::size_t>(column)];
+}
+
+VELA_Variable& VELA_DataSource::GetVariable(int column) {
+  Called("VELA_DataSource::GetVariable");
+  return impl_->variables[static_cast<std::size_t>(column)];
+}
+
+int VELA_DataSource::FindVarIndex(const char* name, int /*mode*/) const {
+  Called("VELA_DataSource::FindVarIndex");
+  return impl_->Names().Find(name);
+}
+
+int VELA_DataSource::ObsIndex(int column) const {
+  Called("VELA_DataSource::ObsIndex");
+  return column;
+}
+
+int VELA_DataSource::GetWeightVarIndex() const {
+  Called("VELA_DataSource::GetWeightVarIndex");
+  return impl_->items.weight;
+}
+
+void VELA_DataSource::SetWeightVar(int column) {
+  Called("VELA_DataSource::SetWeightVar");
+  impl_->items.weight = column;
+}
+
+const char* VELA_DataSource::GetLabel() const {
+  Called("VELA_DataSource::GetLabel");
+  return impl_->items.label ? impl_->items.label->CString() : nullptr;
+}
+
+void VELA_DataSource::SetLabel(const char* label) {
+  Called("VELA_DataSource::SetLabel");
+  impl_->items.label = Text(label);
+}
+
+const DatasourceAttributes& VELA_DataSource::GetAttributes() const {
+  Called("VELA_DataSource::GetAttributes");
+  static const DatasourceAttributes none;
+  if (!impl_->attributes) impl_->attributes = HostAccess::MakeAttributes(impl_->items.attributes);
+  return impl_->attributes ? *impl_->attributes : none;
+}
+
+void VELA_DataSource::SetAttributes(const DatasourceAttributes& attributes) {
+  Called("VELA_DataSource::SetAttributes");
+  const velahost::CustomAttributes& given = HostAccess::Of(attributes);
+  if (SameAttributes(given, impl_->items.attributes)) return;
+  velahost::CustomAttributes next = given;
+  impl_->items.attributes.swap(next);
+  impl_->attributes = nullptr;
+}
+
+// The documents are the only block.
+bool VELA_DataSource::HasExtension(int number) const {
+  Called("VELA_DataSource::HasExtension");
+  return number == 0 && !impl_->items.documents.empty();
+}
+
+void VELA_DataSource::SetExtension(int number, Extension extension) {
+  Called("VELA_DataSource::SetExtension");
+  if (number == 0) impl_->items.documents.swap(extension.impl_->documents);
+}
+
+namespace {
+
+// What a new column keeps of the variable: all that the variable says, and of the document that it
+// was read from what documents the question, but no place there.
+std::unique_ptr<VELA_Variable::Impl> ColumnOf(const VELA_Variable::Impl& inserted) {
+  auto variable = std::make_shared<velahost::Variable>(*inserted.now);
+  variable->categories = nullptr;
+  if (inserted.file) {
+    variable->documentation = DocumentationOf(*inserted.file, inserted.column);
+  }
+  auto column = std::make_unique<VELA_Variable::Impl>();
+  column->now = std::move(variable);
+  column->identity = inserted.identity;
+  return column;
+}
+
+std::unique_ptr<VELA_DataSource::Impl> ContentsOf(const VELA_DataSource& base) {
+  velahost::Host::Current().ReserveOwned();
+  return std::make_unique<VELA_DataSource::Impl>(HostAccess::Of(base));
+}
+
+}  // namespace
+
+DEDataStore::DEDataStore(const VELA_DataSource* base)
+    : VELA_DataSource((Called("DEDataStore::DEDataStore"), ContentsOf(*base))) {
+  // Last, and it cannot fail: a store whose construction fails has no other owner.
+  velahost::Host::Current().Own(this);
+}
+
+DEDataStore::~DEDataStore() { Released("DEDataStore::~DEDataStore"); }
+
+void DEDataStore::InsertVariable(unsigned int position, const VELA_Variable& variable) {
+  Called("DEDataStore::InsertVariable");
+  VELA_DataSource::Impl& store = HostAccess::Of(*this);
+  const VELA_Variable::Impl& inserted = HostAccess::Of(variable);
+  const auto refuse = [&inserted](const std::string& why) {
+    throw ErrorText(why + ": " + velahost::EscapeMessage(inserted.now->name.String()) + "...");
+  };
+  if (position != store.variables.size()) {
+    refuse("A variable can be inserted only behind the last one");
+  }
+  if (store.Names().Find(inserted.now->name) >= 0) {
+    refuse("The working file has a variable of that name already");
+  }
+  store.Add(ColumnOf(inserted));
+}

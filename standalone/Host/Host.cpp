@@ -1,0 +1,57 @@
+#include "standalone/Host/Host.h"
+
+#include <cassert>
+#include <utility>
+
+#include "standalone/Host/DataSources.h"
+#include "standalone/Host/HostAccess.h"
+
+namespace velahost {
+namespace {
+
+Host* current = nullptr;
+
+}  // namespace
+
+Host::Host()
+    : openSource([](const std::string& specification) {
+        return OpenCodebook(specification, OpenFor::Reading);
+      }) {
+  assert(current == nullptr);
+  current = this;
+}
+
+// The last one first: a store may be made over one that was there before.
+Host::~Host() {
+  while (!dataSources_.empty()) dataSources_.pop_back();
+  current = nullptr;
+}
+
+Host& Host::Current() {
+  assert(current != nullptr);
+  return *current;
+}
+
+void Host::SetWorking(CodebookFile file) {
+  workingFile_ = std::make_shared<const CodebookFile>(std::move(file));
+  ReserveOwned();
+  Own(new VELA_DataSource(std::make_unique<VELA_DataSource::Impl>(workingFile_)));
+  legacy.dataSource = dataSources_.back().get();
+  active = legacy.dataSource;
+  for (const Message& warning : workingFile_->warnings) {
+    diagnostics.Report(Severity::TransferWarning, warning);
+  }
+}
+
+Dictionary Host::WorkingDictionary() const { return HostAccess::Of(Working()).DictionaryNow(); }
+
+void Host::SetCommand(Command next) {
+  command_ = std::move(next);
+  diagnostics.BeginCommand();
+}
+
+void Host::ReserveOwned() { dataSources_.reserve(dataSources_.size() + 1); }
+
+void Host::Own(VELA_DataSource* dataSource) noexcept { dataSources_.emplace_back(dataSource); }
+
+}  // namespace velahost

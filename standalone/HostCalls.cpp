@@ -1,8 +1,0 @@
-#include "standalone/HostCalls.h"
-
-namespace velahost {
-
-CallObserver callObserver = nullptr;
-ReleaseObserver releaseObserver = nullptr;
-
-}  // namespace velahost

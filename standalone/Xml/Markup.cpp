@@ -1,0 +1,232 @@
+#include "standalone/Xml/Markup.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "standalone/Text/Utf8.h"
+
+namespace velahost {
+namespace {
+
+constexpr bool EndsName(char c) { return c == '=' || c == '>' || c == '/' || IsSpace(c); }
+
+// The text after the end mark; everything where there is none.
+void SkipPast(std::string_view& text, std::string_view mark) {
+  text.remove_prefix(std::min(text.find(mark), text.size()));
+  text.remove_prefix(std::min(mark.size(), text.size()));
+}
+
+// Adds text that is no markup, its line ends as line feeds.
+void AppendLines(std::string& decoded, std::string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\r') {
+      decoded += text[i];
+    } else if (i + 1 == text.size() || text[i + 1] != '\n') {
+      decoded += '\n';
+    }
+  }
+}
+
+// Adds what the reference that begins the text stands for, and takes it off the text. A reference
+// to an entity that a declaration outside the document may declare stands for itself.
+void TakeReference(std::string& decoded, std::string_view& text) {
+  constexpr std::array<std::pair<std::string_view, char>, 5> kEntities = {
+      {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"quot", '"'}, {"apos", '\''}}};
+  const std::size_t end = std::min(text.find(';'), text.size() - 1);
+  const std::string_view whole = text.substr(0, end + 1);
+  std::string_view name = text.substr(1, end - 1);
+  text.remove_prefix(whole.size());
+  if (name.starts_with('#')) {
+    const bool isHex = name.substr(1, 1) == "x";
+    name.remove_prefix(isHex ? 2 : 1);
+    int code = 0;
+    std::from_chars(name.data(), name.data() + name.size(), code, isHex ? 16 : 10);
+    AppendCharacter(decoded, code);
+    return;
+  }
+  const auto* const found = std::find_if(kEntities.begin(), kEntities.end(),
+                                         [name](const auto& known) { return known.first == name; });
+  if (found == kEntities.end()) {
+    decoded += whole;
+  } else {
+    decoded += found->second;
+  }
+}
+
+// Adds the text of an element's content.
+void AppendContent(std::string& decoded, std::string_view text) {
+  constexpr std::string_view kSection = "<![CDATA[";
+  constexpr std::string_view kSectionEnd = "]]>";
+  while (!text.empty()) {
+    const std::size_t plain = std::min(text.find_first_of("<&"), text.size());
+    AppendLines(decoded, text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (text.starts_with('&')) {
+      TakeReference(decoded, text);
+    } else if (text.starts_with("<!--")) {
+      SkipPast(text, "-->");
+    } else if (text.starts_with("<?")) {
+      SkipPast(text, "?>");
+    } else if (text.starts_with(kSection)) {
+      text.remove_prefix(kSection.size());
+      const std::string_view section = text.substr(0, text.find(kSectionEnd));
+      AppendLines(decoded, section);
+      SkipPast(text, kSectionEnd);
+    } else {
+      text.remove_prefix(TagEnd(text));
+    }
+  }
+}
+
+// Adds the value of an attribute.
+void AppendValue(std::string& decoded, std::string_view text) {
+  while (!text.empty()) {
+    if (text.front() == '&') {
+      TakeReference(decoded, text);
+      continue;
+    }
+    const bool isLineEnd = text.starts_with("\r\n");
+    decoded += IsSpace(text.front()) ? ' ' : text.front();
+    text.remove_prefix(isLineEnd ? 2 : 1);
+  }
+}
+
+bool IsAscii(std::string_view text) {
+  return std::none_of(text.begin(), text.end(),
+                      [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+}
+
+bool NeedsNoDecoding(Encoding encoding, std::string_view raw) {
+  return encoding == Encoding::Utf8 || IsAscii(raw);
+}
+
+}  // namespace
+
+std::size_t TagEnd(std::string_view text) {
+  char quote = '\0';
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (quote != '\0') {
+      if (c == quote) quote = '\0';
+    } else if (c == '"' || c == '\'') {
+      quote = c;
+    } else if (c == '>') {
+      return i + 1;
+    }
+  }
+  return text.size();
+}
+
+std::size_t StartTag::NameEnd() const {
+  std::size_t at = 1;
+  while (!EndsName(tag_[at])) ++at;
+  return at;
+}
+
+std::optional<RawAttribute> StartTag::From(std::size_t position) const {
+  std::size_t at = position;
+  while (IsSpace(tag_[at])) ++at;
+  if (tag_[at] == '>' || tag_[at] == '/') return std::nullopt;
+  const std::size_t nameBegin = at;
+  while (!EndsName(tag_[at])) ++at;
+  RawAttribute attribute{.name = tag_.substr(nameBegin, at - nameBegin),
+                         .begin = position,
+                         .valueBegin = 0,
+                         .valueEnd = 0,
+                         .quote = '"'};
+  while (tag_[at] != '"' && tag_[at] != '\'') ++at;
+  attribute.quote = tag_[at];
+  attribute.valueBegin = ++at;
+  while (tag_[at] != attribute.quote) ++at;  // most values are too short to be worth a search
+  attribute.valueEnd = at;
+  return attribute;
+}
+
+std::optional<RawAttribute> StartTag::Find(std::string_view name) const {
+  std::optional<RawAttribute> attribute = First();
+  while (attribute && attribute->name != name) attribute = After(*attribute);
+  return attribute;
+}
+
+std::size_t StartTag::AttributesEnd() const {
+  std::size_t end = NameEnd();
+  for (auto attribute = From(end); attribute; attribute = After(*attribute)) {
+    end = attribute->valueEnd + 1;
+  }
+  return end;
+}
+
+MarkupText MarkupText::OfContent(std::string_view raw, Encoding encoding) {
+  MarkupText text;
+  text.isThere_ = true;
+  text.raw_ = raw;
+  if (!NeedsNoDecoding(encoding, raw)) {
+    text.isDecoded_ = true;
+    AppendContent(text.decoded_, Decode(raw, encoding));
+  } else if (raw.find_first_of("<&\r") != std::string_view::npos) {
+    text.isDecoded_ = true;
+    AppendContent(text.decoded_, raw);
+  }
+  return text;
+}
+
+MarkupText MarkupText::OfAttribute(std::string_view raw, Encoding encoding) {
+  MarkupText text;
+  text.isThere_ = true;
+  text.raw_ = raw;
+  if (!NeedsNoDecoding(encoding, raw)) {
+    text.isDecoded_ = true;
+    AppendValue(text.decoded_, Decode(raw, encoding));
+  } else if (raw.find_first_of("&\r\n\t") != std::string_view::npos) {
+    text.isDecoded_ = true;
+    AppendValue(text.decoded_, raw);
+  }
+  return text;
+}
+
+void AppendText(std::string& markup, std::string_view text, std::string_view newLine) {
+  while (!text.empty()) {
+    const auto* const special = std::find_if(text.begin(), text.end(), [](char c) {
+      return c == '&' || c == '<' || c == '>' || c == '\n';
+    });
+    markup.append(text.begin(), special);
+    if (special == text.end()) return;
+    switch (*special) {
+      case '&':
+        markup += "&amp;";
+        break;
+      case '<':
+        markup += "&lt;";
+        break;
+      case '>':
+        markup += "&gt;";
+        break;
+      default:
+        markup += newLine;
+    }
+    text.remove_prefix(static_cast<std::size_t>(special - text.begin()) + 1);
+  }
+}
+
+std::string EscapeAttribute(std::string_view text, char quote) {
+  std::string escaped;
+  escaped.reserve(text.size());
+  for (const char c : text) {
+    if (c == '&') {
+      escaped += "&amp;";
+    } else if (c == '<') {
+      escaped += "&lt;";
+    } else if (c == quote) {
+      escaped += quote == '"' ? "&quot;" : "&apos;";
+    } else if (IsSpace(c) && c != ' ') {
+      escaped += "&#" + std::to_string(static_cast<int>(c)) + ";";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+}  // namespace velahost

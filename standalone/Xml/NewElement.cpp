@@ -1,0 +1,133 @@
+#include "standalone/Xml/NewElement.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "standalone/Text/Utf8.h"
+#include "standalone/Xml/Encoding.h"
+#include "standalone/Xml/Markup.h"
+
+namespace velahost {
+
+namespace {
+
+void AppendWithLineEnds(std::string& markup, std::string_view text, std::string_view newLine) {
+  for (const char c : text) {
+    if (c == '\n') {
+      markup += newLine;
+    } else {
+      markup += c;
+    }
+  }
+}
+
+// Adds a line end and indentation, so many levels deeper than the lead; nothing for no lead.
+void AppendLead(std::string& markup, std::string_view lead, std::size_t depth,
+                const Layout& layout) {
+  if (lead.empty()) return;
+  markup += lead;
+  for (std::size_t level = 0; level < depth; ++level) markup += layout.unit;
+}
+
+// Adds markup of an element, its lines indented like the others: where white space with a line end
+// is all that stands between two tags.
+void AppendMarkup(std::string& markup, std::string_view element, const Layout& layout,
+                  std::string_view lead, std::size_t depth) {
+  for (std::size_t i = 0; i < element.size();) {
+    const std::size_t tag = std::min(element.find('<', i), element.size());
+    const std::string_view between = element.substr(i, tag - i);
+    const bool ends = element.substr(tag, 2) == "</";
+    const bool indents = !lead.empty() && between.find('\n') != std::string_view::npos &&
+                         std::all_of(between.begin(), between.end(), IsSpace);
+    if (ends) --depth;
+    if (indents) {
+      AppendLead(markup, lead, depth, layout);
+    } else {
+      AppendWithLineEnds(markup, between, layout.newLine);
+    }
+    i = tag + TagEnd(element.substr(tag));
+    markup += element.substr(tag, i - tag);
+    if (tag < element.size() && !ends && element[i - 2] != '/') ++depth;
+  }
+}
+
+void AppendAtDepth(std::string& markup, const NewElement& element, const Layout& layout,
+                   std::string_view lead, std::size_t depth) {
+  if (!element.markup.empty()) return AppendMarkup(markup, element.markup, layout, lead, depth);
+  const std::string_view name = layout.vocabulary->NameOf(element.element);
+  markup += '<';
+  markup += layout.prefix;
+  markup += name;
+  for (const auto& [attribute, value] : element.attributes) {
+    markup += ' ';
+    markup += attribute;
+    markup += "=\"";
+    markup += EscapeAttribute(value, '"');
+    markup += '"';
+  }
+  if (element.text.empty() && element.children.empty()) {
+    markup += "/>";
+    return;
+  }
+  markup += '>';
+  AppendText(markup, element.text, layout.newLine);
+  for (const NewElement& child : element.children) {
+    AppendLead(markup, lead, depth + 1, layout);
+    AppendAtDepth(markup, child, layout, lead, depth + 1);
+  }
+  if (!element.children.empty()) AppendLead(markup, lead, depth, layout);
+  markup += "</";
+  markup += layout.prefix;
+  markup += name;
+  markup += '>';
+}
+
+}  // namespace
+
+Layout LayoutOf(const Document& document, Element outer, Element inner) {
+  const std::string_view text = document.Text();
+  Layout layout;
+  layout.vocabulary = &document.Scopes().Words();
+  const std::string_view prefix = PrefixOf(StartTag(document.Root().Tag()).Name());
+  if (!prefix.empty()) layout.prefix = Decode(prefix, document.Encoding()) + ":";
+
+  const std::size_t lineEnd = text.find_first_of("\r\n");
+  if (lineEnd != std::string_view::npos && text[lineEnd] == '\r') {
+    layout.newLine = text.compare(lineEnd, 2, "\r\n") == 0 ? "\r\n" : "\r";
+  }
+
+  const auto leadOf = [text](Element element) { return LeadBefore(text, element.Begin()); };
+  const std::string_view outerLead = outer ? leadOf(outer) : std::string_view(layout.newLine);
+  const std::string_view innerLead = inner ? leadOf(inner) : std::string_view();
+  const bool isDeeper =
+      !outerLead.empty() && innerLead.size() > outerLead.size() && innerLead.starts_with(outerLead);
+  if (isDeeper) layout.unit = innerLead.substr(outerLead.size());
+  return layout;
+}
+
+std::string_view SpaceBefore(std::string_view text, std::size_t position) {
+  std::size_t begin = position;
+  while (begin > 0 && IsSpace(text[begin - 1])) --begin;
+  if (begin == 0 || text[begin - 1] != '>') return {};
+  const std::string_view space = text.substr(begin, position - begin);
+  return space.find_first_of("\r\n") == std::string_view::npos ? std::string_view() : space;
+}
+
+std::string_view LeadBefore(std::string_view text, std::size_t position) {
+  // Every new line repeats it, so where there is more white space than an indentation has nothing
+  // is taken.
+  constexpr std::size_t kLongest = 200;
+  const std::size_t from = position - std::min(position, kLongest);
+  const std::string_view space = SpaceBefore(text.substr(from), position - from);
+  std::size_t begin = space.find_last_of("\r\n");
+  if (begin == std::string_view::npos) return {};
+  if (space[begin] == '\n' && begin > 0 && space[begin - 1] == '\r') --begin;
+  return space.substr(begin);
+}
+
+void AppendElement(std::string& markup, const NewElement& element, const Layout& layout,
+                   std::string_view lead) {
+  AppendAtDepth(markup, element, layout, lead, 0);
+}
+
+}  // namespace velahost
