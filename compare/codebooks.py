@@ -87,7 +87,7 @@ class Codebook:
         content += self._data(variables)
         if self.has(0.3):
             content.append(
-                Element("otherMat", [("refs", " ".join(self._references()))], [self._label()]))
+                Element("otherMat", [self._reference("refs", "parent")], [self._label()]))
         return Element("codeBook", [("version", "2.5"), ("xml:lang", "en")], content)
 
     def _data(self, variables):
@@ -98,14 +98,15 @@ class Codebook:
         first = Element("dataDscr", [], sets)
         parts = [first]
         if self.has(0.15):
-            first.content.append(Element("nCubeGrp", [("varGrp", " ".join(self._references()))]))
+            first.content.append(Element("nCubeGrp", [self._reference("varGrp", "parent")]))
         if cut:
             first.content += variables[:cut]
             parts.append(Element("dataDscr"))
         rest = variables[cut:]
+        if self.rng.random() < (0.5 if self.copies else 0.05):
+            # A set among the variables, where it should not be.
+            rest.insert(self.rng.randrange(len(rest) + 1), self._set("G" + COPY))
         parts[-1].content += [Repeated(rest, self.copies)] if self.copies else rest
-        if self.has(0.1):  # a set behind the variables, where it should not be
-            parts[-1].content.append(self._set("G1"))
         if self.has(0.15):
             parts[-1].content.append(Element("notes", [], "Not of a file"))
         return parts
@@ -132,8 +133,10 @@ class Codebook:
             content += self._attribute_notes()
         return Element("fileDscr", [("ID", file_id)] if file_id else [], content)
 
-    def _references(self):
-        return [self.pick(self.groups + ["G9"]) for _ in range(self.rng.randint(1, 3))]
+    def _reference(self, *attributes):
+        """An attribute that refers to sets, or to an ID that a new variable could be given."""
+        ids = self.some(self.groups * 2 + ["G9", "new1", "v3", "s4"], 3)
+        return self.pick(attributes), " ".join(ids)
 
     def _set(self, group):
         attributes = [("ID", group)] if self.has() or self.rng.random() < 0.7 else []
@@ -147,7 +150,7 @@ class Codebook:
             members = [i.replace(COPY, f"_{self.rng.randrange(self.copies)}_") for i in members]
         attributes += [("var", " ".join(members))] if members or self.has(0.2) else []
         if self.has(0.4):
-            attributes.append(("varGrp", " ".join(self._references())))
+            attributes.append(self._reference("varGrp", "varGrp", "refs"))
         content = [self._label() for _ in range(self.pick([0, 1, 1, 2]))]
         for name in ("txt", "concept", "defntn", "universe", "notes"):
             if self.has(0.15):
@@ -320,7 +323,7 @@ class Codebook:
                             ("alignment", ALIGNMENTS), ("other", TEXTS), ("role", ROLES)):
             if self.has(0.3):
                 notes.append(self._note(kind, self.pick(texts)))
-        return notes + (self._attribute_notes() if self.has(0.3) else [])
+        return notes + (self._attribute_notes() if self.has(0.5) else [])
 
 
 def break_document(rng, document):

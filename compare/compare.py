@@ -151,7 +151,7 @@ def main():
                         help="codebooks to try in pairs")
     parser.add_argument("--runs", type=int, default=1000, help="generated runs (1000)")
     parser.add_argument("--seed", type=int, default=1, help="what they are generated from (1)")
-    options = parser.parse_args()
+    options = parser.parse_intermixed_args()
     programs = {"old": options.old.resolve(), "new": options.new.resolve()}
     for program in programs.values():
         if not program.is_file():

@@ -112,7 +112,11 @@ def generated(seed, number):
     source_name = "source.xml" + (f"#{source.files[-1]}"
                                   if source.files and source.files[-1] else "")
     writer = CommandWriter(rng, working.names_of(working_id), source.names_of, source.files)
-    apply, standard_input = _apply(rng, writer, files)
+    if copies and rng.random() < 0.6:  # as much as can be in a large codebook
+        command = "FROM 'source.xml' /FILEINFO ALL /VARINFO ALL VALLABELS=MERGE /NEWVARS"
+        apply, standard_input = ["apply", "-c", command, "-o", "output.xml"], b""
+    else:
+        apply, standard_input = _apply(rng, writer, files)
     shows = [["show", *json_too, name]
              for name in (source_name, working_name)
              for json_too in ([], ["--json"])]
