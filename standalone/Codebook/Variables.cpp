@@ -35,24 +35,20 @@ Level LevelOf(std::string_view name) {
 // How the standard names a level. REQUIRES: a level other than none.
 const char* NatureOf(Level level) { return level == Level::Scale ? "interval" : NameOf(level); }
 
-// The notes of the host's own that a var may have besides that of its write format.
+// What the first note of a type says; empty where there is none.
+std::string ValueInNote(Element var, std::string_view type) {
+  const Element note = FindNote(var, type);
+  return std::string(Trim(note.Text()));
+}
+
+// Reads the notes of the host's own that a var may have besides that of its write format.
 void ReadNotes(Element var, Variable& variable) {
-  for (const Element note : var.All(element::notes)) {
-    const MarkupText type = note.Attribute("type");
-    if (!type.View().starts_with("VELA:")) continue;
-    const MarkupText text = note.Text();
-    const std::string_view value = Trim(text);
-    // The first note of a type counts.
-    if (note != FindNote(var, type)) continue;
-    if (type.View() == kColumnWidthNote) {
-      constexpr int kMost = std::numeric_limits<short>::max();
-      variable.columnWidth = static_cast<short>(ReadInteger(value, 0, kMost).value_or(0));
-    } else if (type.View() == kRoleNote) {
-      variable.role = RoleNamed(value).value_or(variable.role);
-    } else if (type.View() == kAlignmentNote) {
-      variable.alignment = AlignmentNamed(value).value_or(variable.alignment);
-    }
-  }
+  constexpr int kMost = std::numeric_limits<short>::max();
+  variable.columnWidth =
+      static_cast<short>(ReadInteger(ValueInNote(var, kColumnWidthNote), 0, kMost).value_or(0));
+  variable.role = RoleNamed(ValueInNote(var, kRoleNote)).value_or(variable.role);
+  variable.alignment =
+      AlignmentNamed(ValueInNote(var, kAlignmentNote)).value_or(variable.alignment);
 }
 
 // What a note says, or nothing where it would say the default.
