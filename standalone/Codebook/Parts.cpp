@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <functional>
 #include <future>
 #include <thread>
 #include <utility>
@@ -15,14 +14,24 @@
 namespace velahost {
 namespace {
 
+// Where the first tag of a dataDscr after begin ends its name, or the end of the text. The capital
+// is looked for, since there are few of it.
+std::size_t FindDescription(std::string_view text, std::size_t begin) {
+  constexpr std::string_view kName = "dataDscr>";
+  constexpr std::size_t kCapital = kName.find('D');
+  std::size_t at = begin + kCapital;
+  while ((at = text.find(kName[kCapital], at)) != std::string_view::npos) {
+    if (text.substr(at - kCapital).starts_with(kName)) return at - kCapital;
+    ++at;
+  }
+  return text.size();
+}
+
 // Where a text is cut: after the end tag, every partSize bytes or a little more from begin on, as
 // far as the dataDscr goes. None if a part would be more than a parser reads at once.
 std::vector<std::size_t> Cuts(std::string_view text, std::size_t begin, std::string_view endTag,
                               std::size_t partSize) {
-  constexpr std::string_view kEnd = "dataDscr>";
-  const auto* const end = std::search(text.begin() + static_cast<std::ptrdiff_t>(begin), text.end(),
-                                      std::boyer_moore_horspool_searcher(kEnd.begin(), kEnd.end()));
-  const std::size_t last = text.rfind(endTag, static_cast<std::size_t>(end - text.begin()));
+  const std::size_t last = text.rfind(endTag, FindDescription(text, begin));
   std::vector<std::size_t> cuts;
   if (last == std::string_view::npos) return cuts;
   for (std::size_t from = begin; from <= last; from = cuts.back() + partSize) {
