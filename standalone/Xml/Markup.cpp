@@ -119,29 +119,30 @@ std::size_t TagEnd(std::string_view text) {
   return text.size();
 }
 
+// The tag is walked by a pointer: a whole tag is well formed, so each walk ends before the tag
+// does.
 std::size_t StartTag::NameEnd() const {
-  std::size_t at = 1;
-  while (!EndsName(tag_[at])) ++at;
-  return at;
+  const char* at = tag_.data() + 1;
+  while (!EndsName(*at)) ++at;
+  return static_cast<std::size_t>(at - tag_.data());
 }
 
 std::optional<RawAttribute> StartTag::From(std::size_t position) const {
-  std::size_t at = position;
-  while (IsSpace(tag_[at])) ++at;
-  if (tag_[at] == '>' || tag_[at] == '/') return std::nullopt;
-  const std::size_t nameBegin = at;
-  while (!EndsName(tag_[at])) ++at;
-  RawAttribute attribute{.name = tag_.substr(nameBegin, at - nameBegin),
-                         .begin = position,
-                         .valueBegin = 0,
-                         .valueEnd = 0,
-                         .quote = '"'};
-  while (tag_[at] != '"' && tag_[at] != '\'') ++at;
-  attribute.quote = tag_[at];
-  attribute.valueBegin = ++at;
-  while (tag_[at] != attribute.quote) ++at;  // most values are too short to be worth a search
-  attribute.valueEnd = at;
-  return attribute;
+  const char* at = tag_.data() + position;
+  while (IsSpace(*at)) ++at;
+  if (*at == '>' || *at == '/') return std::nullopt;
+  const char* const name = at;
+  while (!EndsName(*at)) ++at;
+  const char* const nameEnd = at;
+  while (*at != '"' && *at != '\'') ++at;
+  const char* const value = at + 1;
+  const char* valueEnd = value;
+  while (*valueEnd != *at) ++valueEnd;  // most values are too short to be worth a search
+  return RawAttribute{.name = {name, static_cast<std::size_t>(nameEnd - name)},
+                      .begin = position,
+                      .valueBegin = static_cast<std::size_t>(value - tag_.data()),
+                      .valueEnd = static_cast<std::size_t>(valueEnd - tag_.data()),
+                      .quote = *at};
 }
 
 std::optional<RawAttribute> StartTag::Find(std::string_view name) const {
