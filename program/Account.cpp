@@ -18,6 +18,7 @@ using Json = nlohmann::ordered_json;
 using velahost::Changes;
 using velahost::Dictionary;
 using velahost::Property;
+using velahost::PropertySet;
 
 constexpr std::size_t kLineWidth = 100;
 
@@ -48,10 +49,15 @@ void ListVariables(const Outcome& outcome, std::string& text) {
     width = std::max(
         width, std::min(WidthOf(outcome.dictionary.variables[variable.column]->name), kWidestName));
   }
+  PropertySet listed;  // what names says: most variables change in the same properties
+  std::string names;
   for (const Changes::OfVariable& variable : outcome.changes.changed) {
+    if (variable.properties != listed) {
+      listed = variable.properties;
+      names = fmt::to_string(fmt::join(listed.Names(), ", "));
+    }
     fmt::format_to(std::back_inserter(text), "  {:<{}}  {}\n",
-                   MakeVisible(outcome.dictionary.variables[variable.column]->name), width,
-                   fmt::join(variable.properties.Names(), ", "));
+                   MakeVisible(outcome.dictionary.variables[variable.column]->name), width, names);
   }
 }
 
