@@ -36,8 +36,8 @@ std::string ReadAndSave(const std::string& text, const std::optional<std::string
 std::string Outcome(const std::string& text, bool inParts) {
   constexpr std::size_t kPartSize = 100;
   try {
-    if (!inParts) return DescriptionOf(velahost::ReadWhole(text, velahost::OpenFor::Writing));
-    const auto reading = velahost::ReadInParts(text, velahost::OpenFor::Writing, kPartSize);
+    if (!inParts) return DescriptionOf(velahost::ReadWhole(text, velahost::OpenFor::Writing, ""));
+    const auto reading = velahost::ReadInParts(text, velahost::OpenFor::Writing, "", kPartSize);
     return reading ? DescriptionOf(*reading) : std::string();
   } catch (const std::runtime_error&) {
     return "refused";

@@ -55,9 +55,11 @@ std::string WithPath(std::string command, const std::string& path) {
   return command;
 }
 
-std::optional<velahost::CodebookFile> Open(const std::string& text) {
+std::optional<velahost::CodebookFile> Open(const std::string& text,
+                                           const std::optional<std::string>& language) {
   try {
-    return velahost::OpenCodebook("working", velahost::Bytes(text), std::nullopt);
+    return velahost::OpenCodebook("working", velahost::Bytes(text), std::nullopt,
+                                  velahost::OpenFor::Writing, language);
   } catch (const velahost::FileError&) {
     return std::nullopt;
   }
@@ -82,14 +84,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string text(reinterpret_cast<const char*>(data), size);
   const std::string command = WithPath(TakePart(text), source.Path());
   source.Write(TakePart(text));
-  std::optional<velahost::CodebookFile> working = Open(text);
+  std::optional<velahost::CodebookFile> working = Open(text, std::nullopt);
   if (!working) return 0;
 
   velahost::Host host;
   host.SetWorking(std::move(*working));
   RunCommands(host, command);
   const std::string saved = velahost::WriteCodebook(host.WorkingFile(), host.WorkingDictionary());
-  const std::optional<velahost::CodebookFile> again = Open(saved);
+  const std::optional<velahost::CodebookFile> again = Open(saved, host.WorkingFile().language);
   Expect(again.has_value(), "what was saved is refused:\n" + saved);
   fuzz::ExpectSameDictionary(host.WorkingDictionary(), again->dictionary);
   Expect(velahost::WriteCodebook(*again, again->dictionary) == saved,

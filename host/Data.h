@@ -322,7 +322,7 @@ struct VariableSet {
   // The set's name. Sets are merged by it: two names are equal when they have the same bytes.
   std::string GetName(ChangeCase changeCase) const;
 
-  std::int32_t kind = VarSetsVariableSets;
+  std::int32_t reference = 0;         // by which the host finds what else it knows of the set
   std::vector<bool> flags = {false};  // by Flag
   std::string name;
   std::string label;

@@ -36,7 +36,7 @@ void CountProperties(const std::vector<Changes::OfVariable>& changed, std::strin
   }
   for (std::size_t i = 0; i < counts.size(); ++i) {
     if (counts[i] == 0) continue;
-    fmt::format_to(std::back_inserter(text), "  {:<11}  {:>5}\n", NameOf(static_cast<Property>(i)),
+    fmt::format_to(std::back_inserter(text), "  {:<13}  {:>5}\n", NameOf(static_cast<Property>(i)),
                    counts[i]);
   }
 }

@@ -150,10 +150,15 @@ void WriteAccount(std::future<std::string> account, const std::optional<std::str
 ExitStatus RunApply(const ApplyOptions& options, velahost::Host& host) {
   const EntryPoint applyDictionary = LoadLibrary();
   std::vector<velahost::Command> commands = ReadCommands(options);
-  const auto sources = std::make_shared<SourceReader>(commands.front());
-  host.openSource = [sources](const std::string& file) { return sources->Open(file); };
-  host.SetWorking(velahost::OpenCodebook(options.working));
+  velahost::CodebookBytes bytes = velahost::ReadCodebook(options.working);
+  const auto sources = std::make_shared<SourceReader>(
+      commands.front(), options.language ? *options.language : bytes.GuessLanguage());
+  host.SetWorking(
+      velahost::OpenCodebook(std::move(bytes), velahost::OpenFor::Writing, options.language));
   const velahost::CodebookFile& working = host.WorkingFile();
+  host.openSource = [sources, &working](const std::string& file) {
+    return sources->Open(file, working.language);
+  };
   const std::optional<std::string> destination = Destination(options, working);
   if (destination) velahost::CheckCanSave(*destination);
   RunCommands(host, std::move(commands), applyDictionary);

@@ -1,6 +1,7 @@
 #include "program/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "program/Failure.h"
 
@@ -90,6 +91,7 @@ class CommandLine {
         ->group(to);
     applyCommand_->add_flag("--json", apply_.json, "Print the outcome as JSON")
         ->disable_flag_override();
+    DeclareLanguage(*applyCommand_);
   }
 
   void DeclareShow() {
@@ -100,12 +102,22 @@ class CommandLine {
         ->type_name("");
     showCommand_->add_flag("--json", show_.json, "Print the dictionary as JSON")
         ->disable_flag_override();
+    DeclareLanguage(*showCommand_);
+  }
+
+  void DeclareLanguage(CLI::App& command) {
+    command
+        .add_option(
+            "--lang", language_,
+            "The language of the labels, such as en; without it that of the codebook's first")
+        ->type_name("CODE");
   }
 
   Request ReadApply() {
     apply_.command = ValueOf("--command", command_);
     apply_.syntaxFile = ValueOf("--syntax", syntaxFile_);
     apply_.output = ValueOf("--output", output_);
+    apply_.language = Language(*applyCommand_);
     if (apply_.command.has_value() == apply_.syntaxFile.has_value()) {
       Refuse("Give exactly one of --command and --syntax");
     }
@@ -125,7 +137,22 @@ class CommandLine {
 
   Request ReadShow() {
     if (show_.file.empty()) Refuse("FILE is empty: name a file");
+    show_.language = Language(*showCommand_);
     return show_;
+  }
+
+  // The language that --lang names. It goes into the document, so it must look like one.
+  std::optional<std::string> Language(const CLI::App& command) const {
+    if (command.count("--lang") == 0) return std::nullopt;
+    const bool looksLikeOne =
+        !language_.empty() && std::all_of(language_.begin(), language_.end(), [](char c) {
+          return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
+                 c == '-';
+        });
+    if (!looksLikeOne) {
+      Refuse("--lang takes the code of a language, such as en or pt-BR, not '" + language_ + "'");
+    }
+    return language_;
   }
 
   std::optional<std::string> ValueOf(const std::string& option, const std::string& value) const {
@@ -148,6 +175,7 @@ class CommandLine {
   std::string command_;
   std::string syntaxFile_;
   std::string output_;
+  std::string language_;
 };
 
 }  // namespace

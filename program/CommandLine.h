@@ -20,12 +20,14 @@ struct ApplyOptions {
   bool dryRun = false;
 
   bool json = false;
+  std::optional<std::string> language;  // of the labels; the working file's if there is none
 };
 
 // applydic show: the dictionary of a codebook.
 struct ShowOptions {
   std::string file;  // a path, or path#ID
   bool json = false;
+  std::optional<std::string> language;  // of the labels; the file's own if there is none
 };
 
 // The answer to a question about the program itself: help, or the version.

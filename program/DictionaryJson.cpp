@@ -97,12 +97,21 @@ Json MissingJson(const velahost::MissingValues& missing) {
   return {{"count", missing.Count()}, {"values", values}};
 }
 
-Json FormatJson(const velahost::Format& format) {
+Json FormatJson(const std::optional<velahost::Format>& format) {
+  if (!format) return nullptr;
   return {
-      {"type", format.letters.String()}, {"width", format.width}, {"decimals", format.decimals}};
+      {"type", format->letters.String()}, {"width", format->width}, {"decimals", format->decimals}};
 }
 
-Json VariableJson(const velahost::Variable& variable) {
+Json DocumentationJson(const std::vector<velahost::DocumentationText>& texts) {
+  Json json = Json::object();
+  for (const velahost::DocumentationText& text : texts)
+    json[NameOf(text.kind)].push_back(text.text);
+  return json;
+}
+
+Json VariableJson(const velahost::Variable& variable,
+                  const std::vector<velahost::DocumentationText>& documentation) {
   const char* level = NameOf(variable.level);
   return {{"name", variable.name.String()},
           {"type", variable.type},
@@ -115,7 +124,8 @@ Json VariableJson(const velahost::Variable& variable) {
           {"level", level == nullptr ? Json(nullptr) : Json(level)},
           {"role", NameOf(variable.role)},
           {"alignment", NameOf(variable.alignment)},
-          {"attributes", AttributesJson(variable.attributes)}};
+          {"attributes", AttributesJson(variable.attributes)},
+          {"documentation", DocumentationJson(documentation)}};
 }
 
 std::string Dump(const Json& json) {
@@ -135,11 +145,16 @@ std::string TextAt(std::size_t depth, const Json& json) {
 
 }  // namespace
 
-void WriteDictionaryJson(const Dictionary& dictionary, const velahost::ByteSink& sink) {
+DocumentationLookup DocumentationIn(const velahost::CodebookFile& file) {
+  return [&file](std::size_t column) { return DocumentationTexts(file, column); };
+}
+
+void WriteDictionaryJson(const Dictionary& dictionary, const DocumentationLookup& documentation,
+                         const velahost::ByteSink& sink) {
   sink("{\n  \"file\": " + TextAt(1, FileJson(dictionary)) + ",\n  \"variables\": [");
   const char* before = "\n    ";
-  for (const std::shared_ptr<const velahost::Variable>& variable : dictionary.variables) {
-    sink(before + TextAt(2, VariableJson(*variable)));
+  for (std::size_t column = 0; column < dictionary.variables.size(); ++column) {
+    sink(before + TextAt(2, VariableJson(*dictionary.variables[column], documentation(column))));
     before = ",\n    ";
   }
   sink(dictionary.variables.empty() ? "]\n}\n" : "\n  ]\n}\n");

@@ -129,19 +129,26 @@ std::string MissingText(const velahost::MissingValues& missing) {
 }
 
 std::string FormatsText(const velahost::Variable& variable) {
-  const std::string print = TextOf(variable.print);
-  return variable.print == variable.write ? print : print + ", write " + TextOf(variable.write);
+  std::string text = variable.print ? TextOf(*variable.print) : "";
+  if (!variable.write || variable.print == variable.write) return text;
+  if (!text.empty()) text += ", ";
+  return text + "write " + TextOf(*variable.write);
+}
+
+std::string TypeText(const velahost::Variable& variable) {
+  if (variable.IsNumeric()) return "number";
+  return variable.hasStatedWidth ? "string of " + std::to_string(variable.type) : "string";
 }
 
 // Leaves out properties that are absent or have their default.
-void ListVariable(const velahost::Variable& variable, Listing& listing) {
-  const std::string type =
-      variable.IsNumeric() ? "number" : "string of " + std::to_string(variable.type);
+void ListVariable(const velahost::Variable& variable,
+                  const std::vector<velahost::DocumentationText>& documentation, Listing& listing) {
+  const std::string type = TypeText(variable);
   listing.Title("\n" + MakeVisible(variable.name) + "  (" + type + ")");
   if (variable.label) listing.Item("label", MakeVisible(*variable.label));
   listing.Items("value labels", ValueLabelTexts(variable.valueLabels));
   if (!variable.missing.Empty()) listing.Item("missing values", MissingText(variable.missing));
-  listing.Item("format", FormatsText(variable));
+  if (variable.print || variable.write) listing.Item("format", FormatsText(variable));
   if (variable.columnWidth != 0) {
     listing.Item("column width", std::to_string(variable.columnWidth));
   }
@@ -151,14 +158,19 @@ void ListVariable(const velahost::Variable& variable, Listing& listing) {
     listing.Item("alignment", NameOf(variable.alignment));
   }
   listing.Items("attributes", AttributeTexts(variable.attributes));
+  for (const velahost::DocumentationText& text : documentation) {
+    if (text.kind == velahost::Documentation::Question) {
+      listing.Item("question", MakeVisible(text.text));
+    }
+  }
 }
 
 // Writes the text piece by piece: as JSON, the dictionary of a large file takes many times the
 // file's size.
-void WriteJson(const Dictionary& dictionary) {
+void WriteJson(const velahost::CodebookFile& file) {
   constexpr std::size_t kAtOnce = std::size_t{1} << 16;
   std::string text;
-  WriteDictionaryJson(dictionary, [&text](std::string_view piece) {
+  WriteDictionaryJson(file.dictionary, DocumentationIn(file), [&text](std::string_view piece) {
     text += piece;
     if (text.size() < kAtOnce) return;
     WriteOutput(text);
@@ -169,23 +181,23 @@ void WriteJson(const Dictionary& dictionary) {
 
 }  // namespace
 
-std::string DictionaryText(const Dictionary& dictionary) {
+std::string DictionaryText(const Dictionary& dictionary, const DocumentationLookup& documentation) {
   Listing listing;
   ListFile(dictionary, listing);
-  for (const std::shared_ptr<const velahost::Variable>& variable : dictionary.variables) {
-    ListVariable(*variable, listing);
+  for (std::size_t column = 0; column < dictionary.variables.size(); ++column) {
+    ListVariable(*dictionary.variables[column], documentation(column), listing);
   }
   return listing.Text();
 }
 
 ExitStatus RunShow(const ShowOptions& options) {
   const velahost::CodebookFile file =
-      velahost::OpenCodebook(options.file, velahost::OpenFor::Reading);
+      velahost::OpenCodebook(options.file, velahost::OpenFor::Showing, options.language);
   for (const velahost::Message& warning : file.warnings) WriteWarning(velahost::Render(warning));
   if (options.json) {
-    WriteJson(file.dictionary);
+    WriteJson(file);
   } else {
-    WriteOutput(DictionaryText(file.dictionary));
+    WriteOutput(DictionaryText(file.dictionary, DocumentationIn(file)));
   }
   return kDone;
 }

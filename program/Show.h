@@ -3,6 +3,7 @@
 #include <string>
 
 #include "program/CommandLine.h"
+#include "program/DictionaryJson.h"
 #include "program/Failure.h"
 #include "standalone/Dictionary/Dictionary.h"
 
@@ -12,6 +13,7 @@ namespace applydic {
 ExitStatus RunShow(const ShowOptions& options);
 
 // Returns a dictionary for people to read: the file-level items, then each variable.
-std::string DictionaryText(const velahost::Dictionary& dictionary);
+std::string DictionaryText(const velahost::Dictionary& dictionary,
+                           const DocumentationLookup& documentation);
 
 }  // namespace applydic

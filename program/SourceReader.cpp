@@ -8,22 +8,24 @@
 namespace applydic {
 namespace {
 
-velahost::CodebookFile OpenToRead(const std::string& specification) {
-  return velahost::OpenCodebook(specification, velahost::OpenFor::Reading);
+velahost::CodebookFile OpenToRead(const std::string& specification, const std::string& language) {
+  return velahost::OpenCodebook(specification, velahost::OpenFor::Reading, language);
 }
 
 }  // namespace
 
-SourceReader::SourceReader(const velahost::Command& first) {
+SourceReader::SourceReader(const velahost::Command& first, std::string language)
+    : firstLanguage_(std::move(language)) {
   std::optional<std::string> source = velahost::SourceNamedIn(first);
   if (!source) return;
   first_ = std::move(*source);
-  reading_ = std::async(OpenToRead, first_);
+  reading_ = std::async(OpenToRead, first_, firstLanguage_);
 }
 
-velahost::CodebookFile SourceReader::Open(const std::string& specification) {
-  const bool isFirst = reading_.valid() && specification == first_;
-  velahost::CodebookFile file = isFirst ? reading_.get() : OpenToRead(specification);
+velahost::CodebookFile SourceReader::Open(const std::string& specification,
+                                          const std::string& language) {
+  const bool isFirst = reading_.valid() && specification == first_ && language == firstLanguage_;
+  velahost::CodebookFile file = isFirst ? reading_.get() : OpenToRead(specification, language);
   opened_.push_back(file.identity);
   return file;
 }

@@ -15,19 +15,21 @@ namespace applydic {
 // other.
 class SourceReader {
  public:
-  // Starts to open the file that FROM names in the command, if it names one. If no thread can be
-  // started, Open opens it. The destructor waits for the thread.
-  explicit SourceReader(const velahost::Command& first);
+  // Starts to open the file that FROM names in the command, if it names one, with its labels in the
+  // language that the run seems to have. If no thread can be started, Open opens it. The destructor
+  // waits for the thread.
+  SourceReader(const velahost::Command& first, std::string language);
 
-  // Opens the file that a specification names, path or path#ID, or waits for the one that was
-  // begun. Throws FileError.
-  velahost::CodebookFile Open(const std::string& specification);
+  // Opens the file that a specification names, path or path#ID, with its labels in the run's
+  // language, or waits for the one that was begun. Throws FileError.
+  velahost::CodebookFile Open(const std::string& specification, const std::string& language);
 
   // The files that Open returned.
   const std::vector<velahost::FileIdentity>& Opened() const { return opened_; }
 
  private:
   std::string first_;
+  std::string firstLanguage_;
   std::future<velahost::CodebookFile> reading_;
   std::vector<velahost::FileIdentity> opened_;
 };

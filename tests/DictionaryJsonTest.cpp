@@ -24,7 +24,7 @@ TEST(DictionaryJson, IsHeldOneVariableAtATime) {
   const velahost::Dictionary dictionary = DictionaryWithVariables(kMany);
   std::size_t pieces = 0;
   std::size_t longest = 0;
-  applydic::WriteDictionaryJson(dictionary, [&](std::string_view piece) {
+  applydic::WriteDictionaryJson(dictionary, NoDocumentation, [&](std::string_view piece) {
     ++pieces;
     longest = std::max(longest, piece.size());
   });

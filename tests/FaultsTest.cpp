@@ -109,9 +109,9 @@ class FaultyRun {
   // What the host holds, without what was released.
   std::string State() const {
     const velahost::Host& host = hosted_.host;
-    return applydic::DictionaryText(hosted_.host.WorkingDictionary()) + " active " +
-           (host.active == &hosted_.host.Working() ? "working" : "other") + " weight " +
-           std::to_string(host.legacyWeight) + " messages " +
+    return applydic::DictionaryText(hosted_.host.WorkingDictionary(), NoDocumentation) +
+           " active " + (host.active == &hosted_.host.Working() ? "working" : "other") +
+           " weight " + std::to_string(host.legacyWeight) + " messages " +
            std::to_string(host.diagnostics.All().size() - diagnosticsBefore_);
   }
   // The messages of this run.
@@ -185,7 +185,7 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
     calls = run.calls;
     states = run.states;
     messages = run.Messages();
-    outcome = applydic::DictionaryText(hosted.host.WorkingDictionary());
+    outcome = applydic::DictionaryText(hosted.host.WorkingDictionary(), NoDocumentation);
     for (std::size_t i = 0; i < calls.size(); ++i) caught.push_back(run.IsCaught(i));
   }
   for (std::size_t i = 0; i < calls.size(); ++i) {
@@ -218,7 +218,7 @@ TEST_P(Faults, AtEveryCallEndTheRunAsTheyShould) {
       if (fault != static_cast<Fault>(i % 3)) continue;
       const FaultyRun next(hosted, command, FaultyRun::kNoFault, fault);
       EXPECT_EQ(next.Messages(), messages) << "the next command";
-      EXPECT_EQ(applydic::DictionaryText(hosted.host.WorkingDictionary()), outcome)
+      EXPECT_EQ(applydic::DictionaryText(hosted.host.WorkingDictionary(), NoDocumentation), outcome)
           << "the next command";
       if (HasFailure()) return;
     }

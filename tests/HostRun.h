@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -60,14 +61,35 @@ class Folder {
   std::filesystem::path path_;
 };
 
+// What documents the variables is not looked at.
+inline std::vector<velahost::DocumentationText> NoDocumentation(std::size_t /*column*/) {
+  return {};
+}
+
 // The dictionary as `show --json` has it.
-inline std::string DictionaryJsonText(const velahost::Dictionary& dictionary) {
+inline std::string DictionaryJsonText(
+    const velahost::Dictionary& dictionary,
+    const applydic::DocumentationLookup& documentation = NoDocumentation) {
   std::string text;
-  applydic::WriteDictionaryJson(dictionary, [&](std::string_view piece) { text += piece; });
+  applydic::WriteDictionaryJson(dictionary, documentation,
+                                [&](std::string_view piece) { text += piece; });
   return text;
 }
 inline nlohmann::ordered_json DictionaryJson(const velahost::Dictionary& dictionary) {
   return nlohmann::ordered_json::parse(DictionaryJsonText(dictionary));
+}
+inline nlohmann::ordered_json DictionaryJson(const velahost::CodebookFile& file) {
+  return nlohmann::ordered_json::parse(
+      DictionaryJsonText(file.dictionary, applydic::DocumentationIn(file)));
+}
+// The same with the sets by name: a document has them in an order of its own.
+inline nlohmann::ordered_json WithSortedSets(nlohmann::ordered_json json) {
+  for (const char* kind : {"mrsets", "varsets"}) {
+    auto& sets = json["file"][kind];
+    std::stable_sort(sets.begin(), sets.end(),
+                     [](const auto& a, const auto& b) { return a["name"] < b["name"]; });
+  }
+  return json;
 }
 
 // A host with a working file.

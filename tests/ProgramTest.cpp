@@ -22,7 +22,8 @@ constexpr const char* kSource =
     "<codeBook><fileDscr><fileTxt><fileCont>File</fileCont></fileTxt></fileDscr><dataDscr>"
     "<var name='A' wgt='wgt'><labl>L</labl></var><var name='S'><labl>S</labl><invalrng>"
     "<item VALUE='abc'/></invalrng><varFormat type='character' formatname='A3'/></var>"
-    "<var name='N'/></dataDscr></codeBook>";
+    "<var name='N'><labl>N</labl><labl xml:lang='sv'>Nio</labl><qstn>How <qstnLit>many?</qstnLit>"
+    "<ivuInstr>Ask</ivuInstr></qstn></var></dataDscr></codeBook>";
 
 class Program : public testing::Test {
  protected:
@@ -86,6 +87,7 @@ TEST_F(Program, RefusesWrongUsageAndWhatItCannotReadOrWrite) {
       {"apply -c \"FROM 'soft.xml' /VARINFO LEVEL\" -o s.xml w.xml", "write to another file"},
       {"apply -c \"FROM 's.xml' /VARINFO LEVEL\" -o soft.xml w.xml", "write to another file"},
       {"show none.xml", "none.xml: cannot be read"},
+      {"show --lang 'e n' s.xml", "--lang takes the code of a language"},
       {"show", "see 'applydic show --help'"}};
   for (const auto& [arguments, message] : kRefused) {
     EXPECT_EQ(Run(arguments), 2) << arguments;
@@ -180,7 +182,7 @@ TEST_F(Program, KeepsLinksAndPermissions) {
   const std::string arguments = "apply -c \"FROM 's.xml' /VARINFO VARLABEL\" ";
   EXPECT_EQ(Run(arguments + "-i link.xml"), 0) << err_;
   EXPECT_TRUE(std::filesystem::is_symlink(folder_.At("link.xml")));
-  EXPECT_NE(folder_.Read("w.xml").find("<labl>L</labl>"), std::string::npos);
+  EXPECT_NE(folder_.Read("w.xml").find(">L</labl>"), std::string::npos);
   struct stat status = {};
   ASSERT_EQ(stat(folder_.At("w.xml").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777, 0640U);
@@ -200,14 +202,21 @@ TEST_F(Program, ShowsADictionary) {
     "valueLabels": [], "missing": {"count": 1, "values": ["abc"]},
     "print": {"type": "A", "width": 3, "decimals": 0},
     "write": {"type": "A", "width": 3, "decimals": 0}, "columnWidth": 0, "level": null,
-    "role": "input", "alignment": "left", "attributes": {}})"));
+    "role": "input", "alignment": "left", "attributes": {}, "documentation": {}})"));
+  EXPECT_EQ(json["variables"][2], nlohmann::json::parse(R"({"name": "N", "type": 0, "label": "N",
+    "valueLabels": [], "missing": {"count": 0, "values": []}, "print": null, "write": null,
+    "columnWidth": 0, "level": null, "role": "input", "alignment": "right", "attributes": {},
+    "documentation": {"qstn": ["How many? Ask"]}})"));
+  EXPECT_EQ(Run("show --lang sv s.xml | grep Nio"), 0) << err_;
+  EXPECT_EQ(Run("apply -c \"FROM 's.xml' /NEWVARS\" --lang SV -o o.xml w.xml"), 0) << err_;
+  EXPECT_NE(folder_.Read("o.xml").find("xml:lang=\"SV\">Nio<"), std::string::npos);
   EXPECT_EQ(Run("show s.xml"), 0);
   EXPECT_EQ(
       out_,
       "File\n  label           File\n  weight          A\n  variables       3\n\n"
-      "A  (number)\n  label           L\n  format          F8\n\n"
+      "A  (number)\n  label           L\n\n"
       "S  (string of 3)\n  label           S\n  missing values  'abc'\n  format          A3\n\n"
-      "N  (number)\n  format          F8\n");
+      "N  (number)\n  label           N\n  question        How many? Ask\n");
   EXPECT_EQ(Run("show s.xml >/dev/full 2>/dev/null; exit $?; true"), 2);
   EXPECT_EQ(Run("apply s.xml -c 'FROM *' -o o.xml >/dev/full 2>e; exit $?; true"), 2);
   EXPECT_EQ(folder_.Read("e"),

@@ -58,11 +58,11 @@ class ReadInParts : public testing::TestWithParam<Large> {};
 
 TEST_P(ReadInParts, IsAsReadWhole) {
   const std::string whole = Outcome(GetParam(), [](const std::string& text) {
-    return std::optional(velahost::ReadWhole(text, velahost::OpenFor::Writing));
+    return std::optional(velahost::ReadWhole(text, velahost::OpenFor::Writing, ""));
   });
   constexpr std::size_t kPartSize = 2000;
   const std::string inParts = Outcome(GetParam(), [](const std::string& text) {
-    return velahost::ReadInParts(text, velahost::OpenFor::Writing, kPartSize);
+    return velahost::ReadInParts(text, velahost::OpenFor::Writing, "", kPartSize);
   });
   if (inParts == "cut in vain") {
     EXPECT_FALSE(GetParam().cut);

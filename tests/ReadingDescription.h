@@ -16,7 +16,7 @@ inline std::string DescriptionOf(std::initializer_list<std::uint32_t> numbers) {
 
 inline std::string DescriptionOf(const velahost::DocumentReading& document) {
   const velahost::Reading& reading = document.reading;
-  std::string text = std::to_string(static_cast<int>(document.encoding)) + "\n";
+  std::string text = std::string(document.encoding.Name()) + "\n";
   for (const velahost::ElementExtent& element : reading.elements) {
     text += DescriptionOf({element.begin, element.contentBegin, element.contentEnd, element.end,
                            element.count, element.name}) +

@@ -56,7 +56,9 @@ const Opening kRefused[] = {
     {"InvalidUtf8", "<codeBook>\n\xFF</codeBook>",
      "PATH: line 2, column 1: not well-formed (invalid token)"},
     {"OtherRoot", "\n<html/>",
-     "PATH: line 2: the document is no codebook: its root element is html, not codeBook"},
+     "PATH: the document has no codebook: its root element is html, and no codeBook stands in it"},
+    {"SeveralCodebooks", "<r><codeBook/>\n<codeBook/></r>",
+     "PATH: line 2: the document has another codeBook on line 1: give a document with one"},
     {"Entity", "<!DOCTYPE codeBook [\n<!ENTITY e 'x'>]><codeBook>&e;</codeBook>",
      "PATH: line 2, column 12: the document declares an entity of its own, e: write its text where "
      "it is used"},
@@ -81,11 +83,13 @@ const Opening kRefused[] = {
      "PATH: line 1, column 1: more than 1000 namespaces are declared around this element"},
     {"Defaults", WithDefaults(1001),
      "PATH: line 1001, column 28: more than 1000 attributes are declared with a default"},
-    {"Windows1252", "<?xml version='1.0' encoding='windows-1252'?><codeBook/>",
-     "PATH: line 1, column 1: encoding windows-1252 cannot be read: save the document as UTF-8, "
-     "US-ASCII or ISO-8859-1"},
+    {"ShiftJis", "<?xml version='1.0' encoding='Shift_JIS'?><codeBook/>",
+     "PATH: line 1, column 1: encoding Shift_JIS cannot be read: convert the document to UTF-8, "
+     "for "
+     "example by iconv -f Shift_JIS -t UTF-8, and let its first line say UTF-8"},
     {"Utf16", std::string("\xFF\xFE<\0c\0", 6),
-     "PATH: encoding UTF-16 cannot be read: save the document as UTF-8"}};
+     "PATH: encoding UTF-16 cannot be read: convert the document to UTF-8, for example by iconv -f "
+     "UTF-16 -t UTF-8, and let its first line say UTF-8"}};
 INSTANTIATE_TEST_SUITE_P(All, Refusal, testing::ValuesIn(kRefused),
                          [](const auto& param) { return std::string(param.param.name); });
 
@@ -126,40 +130,88 @@ TEST(Reading, TakesAsManyDeclarationsAsThereMayBe) {
   }
 }
 
-TEST(Reading, TakesNoSetThatHasNothingToBeCalledBy) {
+TEST(Reading, TakesSetsByTheFirstOfEachName) {
   const velahost::CodebookFile opened = velahost::OpenCodebook(
       "w",
       velahost::Bytes(
-          "<codeBook><dataDscr><varGrp var='A'/><varGrp ID=' ' name='' type='multipleResp'><labl> "
-          "</labl></varGrp><varGrp ID='G'/><var ID='A' name='a'/></dataDscr></codeBook>"),
+          "<codeBook><dataDscr><varGrp ID='G'/><varGrp name='s' var='A'/><varGrp ID='H'><labl>s"
+          "</labl></varGrp><varGrp ID=' ' name='' type='multipleResp'><labl>s</labl></varGrp><var "
+          "ID='A' name='a'/></dataDscr></codeBook>"),
       std::nullopt);
   const auto file = DictionaryJson(opened.dictionary)["file"];
-  EXPECT_EQ(file["mrsets"].size(), 0);
   ASSERT_EQ(file["varsets"].size(), 1);
-  EXPECT_EQ(file["varsets"][0]["name"], "G");
+  EXPECT_EQ(file["varsets"][0]["variables"], nlohmann::json{"a"});
+  ASSERT_EQ(file["mrsets"].size(), 1);
+  EXPECT_EQ(file["mrsets"][0]["name"], "s");
+}
+
+struct InLanguage {
+  std::optional<std::string> language;
+  std::string label;    // of the variable
+  std::string warning;  // of a source
+};
+
+TEST(Reading, TakesLabelsOfTheRunsLanguage) {
+  const std::string text =
+      "<codeBook><dataDscr><var name='b'><labl/></var><var name='a'><labl xml:lang='sv'/><labl "
+      "xml:lang='pt-BR'>B</labl><labl>N</labl><labl "
+      "xml-lang='PT'>P</labl></var></dataDscr></codeBook>";
+  const std::string noLanguage = Replaced(text, "<labl>N</labl>", "");
+  const std::pair<std::string, InLanguage> kReadings[] = {
+      {text, {std::nullopt, "B", ""}},  // that of the first label
+      {text, {"", "B", ""}},
+      {text, {"pt", "P", ""}},
+      {text, {"pt-PT", "B", ""}},
+      {text, {"sv", "N", ""}},
+      {noLanguage,
+       {"sv", "null",
+        "w: No label is in the language of this run (sv). The labels there are in other languages "
+        "(PT, pt-BR): choose one of them for the run..."}}};
+  for (const auto& [document, reading] : kReadings) {
+    const testing::ScopedTrace trace(__FILE__, __LINE__, reading.language.value_or("own"));
+    const velahost::CodebookFile opened = velahost::OpenCodebook(
+        "w", velahost::Bytes(document), std::nullopt, velahost::OpenFor::Reading, reading.language);
+    const auto label = DictionaryJson(opened.dictionary)["variables"][1]["label"];
+    EXPECT_EQ(label.is_null() ? "null" : label.get<std::string>(), reading.label);
+    const std::string warning =
+        opened.warnings.empty() ? "" : velahost::Render(opened.warnings.front());
+    EXPECT_EQ(warning, reading.warning);
+  }
 }
 
 TEST(Reading, WarnsOnceAFileOfWhatIsNotTaken) {
   const Folder folder;
   const std::string path = folder.Write(
       "w.xml",
-      "<codeBook><dataDscr>\n<var name='a'><invalrng><item VALUE='1'/><item VALUE='2'/><range/>"
-      "</invalrng></var>\n<var name='b'><catgry missing='Y'><catValu>DK</catValu></catgry></var>\n"
+      "<?xml version='1.0' encoding='UTF-16'?><codeBook><dataDscr>\n"
+      "<var name='a'><invalrng><range/><range/></invalrng></var>\n"
+      "<var name='b'><catgry missing='Y'><catValu>DK</catValu></catgry></var>\n"
       "<var name='c'><invalrng><range minExclusive='1'/></invalrng></var>\n<var/>\n"
       "<var name='s'><invalrng><range/></invalrng><catgry><catValu>long</catValu><labl>l</labl>"
-      "</catgry><varFormat type='character' formatname='A2'/></var>\n<var "
-      "name='d'><catgry><catValu>"
-      "DK</catValu><labl>no number</labl></catgry></var></dataDscr></codeBook>");
+      "</catgry><varFormat type='character' formatname='A2'/></var>\n"
+      "<var name='t'><invalrng><range max='x'/></invalrng><catgry><labl>l</labl></catgry><catgry>"
+      "<labl>m</labl></catgry></var></dataDscr></codeBook>");
   std::vector<std::string> warnings;
   for (const auto& warning : velahost::OpenCodebook(path).warnings) {
     warnings.push_back(velahost::Render(warning));
   }
-  EXPECT_EQ(warnings,
-            (std::vector<std::string>{
-                path + ": Missing values not read, more or others than a variable can have: a, b, "
-                       "c, s...",
-                path + ": Value labels not read, values longer than the variable: s...",
-                path + ": Variables without a name not read, on line 5..."}));
+  EXPECT_EQ(
+      warnings,
+      (std::vector<std::string>{
+          path +
+              ": 4 variables with missing values that a variable cannot have (a, c, s...): a "
+              "second range, a range of strings, a bound that is excluded or no number, or a "
+              "value longer than the string. They stay in the file and count as none. Write them "
+              "as single values and one range...",
+          path + ": 1 variable with labels for values that are longer than the variable (s). These "
+                 "labels stay in the file and do not count. Shorten the values, or widen the "
+                 "variable...",
+          path + ": 2 categories with a label and no value (t). They stay in the file and do not "
+                 "count. Give each a value (catValu)...",
+          path + ": 1 variable without a name and an ID (line 5). They stay in the file and do not "
+                 "count. Give each a name...",
+          path + ": The first line says UTF-16, but the document is in single bytes. It is read as "
+                 "UTF-8: let the first line say UTF-8..."}));
 }
 
 }  // namespace

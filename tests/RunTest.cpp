@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/Exceptions.h"
+#include "standalone/Host/Cells.h"
 #include "standalone/Host/HostAccess.h"
 #include "tests/HostRun.h"
 
@@ -193,18 +194,19 @@ TEST(ValueLabels, AreSharedAndCopiedWhenWritten) {
   VELA_Variable& a = run.hosted.Variable("a");
   VELA_Variable& w = run.hosted.Variable("w");
   ASSERT_EQ(HostAccess::SetOf(a.GetValueLabels()), HostAccess::SetOf(w.GetValueLabels()));
-  const double two = 2;
-  const double three = 3;
-  const auto* const cell = reinterpret_cast<const OBS*>(&two);
+  velahost::Cell two;
+  velahost::Cell three;
+  two.SetNumber(2, {});
+  three.SetNumber(3, {});
   {
     VELA_ValueLabelMap labels(a.GetValueLabels());
-    labels.AddPair(cell, "two");
+    labels.AddPair(two.Address(), "two");
     EXPECT_EQ(VELA_ValueLabelMap(a.GetValueLabels()).Size(), 1) << "changed through a view";
     a.SetValueLabels(labels);
-    labels.AddPair(reinterpret_cast<const OBS*>(&three), "three");
+    labels.AddPair(three.Address(), "three");
   }
   EXPECT_EQ(VELA_ValueLabelMap(a.GetValueLabels()).Size(), 2);
-  EXPECT_STREQ(VELA_ValueLabelMap(a.GetValueLabels()).GetLabel(cell), "two");
+  EXPECT_STREQ(VELA_ValueLabelMap(a.GetValueLabels()).GetLabel(two.Address()), "two");
   EXPECT_EQ(VELA_ValueLabelMap(w.GetValueLabels()).Size(), 1);
   // Merging into one of those who share a set, from the set that both had, changes only that one.
   run("FROM * /SOURCE VARIABLES=a /TARGET VARIABLES=b /VARINFO VALLABELS=MERGE");
@@ -232,12 +234,12 @@ TEST(Variable, IsSetFromWhatItSaysItself) {
   const OBS* values[3] = {};
   ASSERT_EQ(s.GetMissingValues(values[0], values[1], values[2]), 2);
   hosted.Variable("wide").SetMissingValues(2, values[0], values[1], nullptr);
-  s.SetMissingValues(2, values[1], values[0], nullptr);
+  s.SetMissingValues(2, values[0], values[1], nullptr);
   s.SetName(s.GetName());
   EXPECT_STREQ(file.GetLabel(), "label of the file");
   EXPECT_STREQ(s.GetLabel(), "label of the variable");
   const auto json = nlohmann::json::parse(hosted.Json()["variables"].dump());
-  EXPECT_EQ(json[0]["missing"]["values"], (nlohmann::json{"cd", "ab"}));
+  EXPECT_EQ(json[0]["missing"]["values"], (nlohmann::json{"ab", "cd"}));
   EXPECT_EQ(json[1]["missing"]["values"], (nlohmann::json{"ab", "cd"}));
   EXPECT_EQ(json[0]["attributes"], (nlohmann::json{{"A", {"1"}}}));
 }

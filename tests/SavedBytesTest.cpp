@@ -47,6 +47,7 @@ void CheckSaving(const Saving& saving) {
   const std::string source = folder.Write("source.xml", saving.source);
   std::string saved;
   nlohmann::ordered_json held;
+  std::string language;
   {
     Hosted hosted(working);
     EXPECT_EQ(hosted.Saved(), saving.working) << "unchanged";
@@ -56,12 +57,14 @@ void CheckSaving(const Saving& saving) {
     }
     saved = hosted.Saved();
     held = hosted.Json();
+    language = hosted.host.WorkingFile().language;
   }
   EXPECT_EQ(saved, Changed(saving.working, saving));
   // What was held in memory comes back, and once more nothing changes.
   folder.Write("working.xml", saved);
-  const velahost::CodebookFile again = velahost::OpenCodebook(working);
-  EXPECT_EQ(DictionaryJson(again.dictionary).dump(1), held.dump(1));
+  const velahost::CodebookFile again =
+      velahost::OpenCodebook(working, velahost::OpenFor::Writing, language);
+  EXPECT_EQ(WithSortedSets(DictionaryJson(again.dictionary)).dump(1), WithSortedSets(held).dump(1));
   EXPECT_EQ(velahost::WriteCodebook(again, again.dictionary), saved);
 }
 
@@ -83,8 +86,9 @@ const Saving kKinds[] = {
      kSource,
      kLabelsOnly,
      {{"      <varFormat/>",
-       "      <labl>N&amp;w</labl>\n      <catgry>\n        <catValu>1</catValu>\n"
-       "        <labl>one</labl>\n      </catgry>\n      <varFormat/>"}}},
+       "      <labl level=\"variable\">N&amp;w</labl>\n      <catgry>\n        "
+       "<catValu>1</catValu>\n"
+       "        <labl level=\"category\">one</labl>\n      </catgry>\n      <varFormat/>"}}},
     {"SecondOfSeveralFiles",
      "<codeBook>\n<fileDscr ID='F1'/>\n<fileDscr ID='F2'/>\n<dataDscr>\n<var name='a' "
      "files='F1'/>\n"
@@ -92,8 +96,9 @@ const Saving kKinds[] = {
      Document("<var name='A'/><var name='B'><labl>L</labl></var>"),
      kAdd,
      {{"<location fileid='F2'/></var>",
-       "<location fileid='F2'/><labl>L</labl></var>\n<var ID=\"A\" name=\"A\" files=\"F2\">\n"
-       "  <varFormat type=\"numeric\" formatname=\"F8\"/>\n</var>"}},
+       "<location fileid='F2'/><labl level=\"variable\">L</labl></var>\n<var ID=\"V1\" "
+       "name=\"A\">\n"
+       "  <location fileid=\"F2\"/>\n  <varFormat type=\"numeric\"/>\n</var>"}},
      "#F2"},
     {"Prefix",
      "<d:codeBook xmlns:d=\"ddi:codebook:2_6\">\n\t<d:dataDscr>\n\t\t<d:var name=\"a\"/>\n"
@@ -101,15 +106,17 @@ const Saving kKinds[] = {
      kSource,
      kLabelsOnly,
      {{"<d:var name=\"a\"/>",
-       "<d:var name=\"a\">\n\t\t\t<d:labl>N&amp;w</d:labl>\n\t\t\t<d:catgry>\n"
-       "\t\t\t\t<d:catValu>1</d:catValu>\n\t\t\t\t<d:labl>one</d:labl>\n\t\t\t</d:catgry>\n"
+       "<d:var name=\"a\">\n\t\t\t<d:labl level=\"variable\">N&amp;w</d:labl>\n\t\t\t<d:catgry>\n"
+       "\t\t\t\t<d:catValu>1</d:catValu>\n\t\t\t\t<d:labl "
+       "level=\"category\">one</d:labl>\n\t\t\t</d:catgry>\n"
        "\t\t</d:var>"}}},
     {"PrefixThatIsNotAscii",
      "<?xml version='1.0' encoding='ISO-8859-1'?>\n<\xE9:codeBook xmlns:\xE9='ddi:codebook:2_5'>"
      "<\xE9:dataDscr><\xE9:var name='a'/></\xE9:dataDscr></\xE9:codeBook>",
      kSource,
      kVarLabel,
-     {{"<\xE9:var name='a'/>", "<\xE9:var name='a'><\xE9:labl>N&amp;w</\xE9:labl></\xE9:var>"}}},
+     {{"<\xE9:var name='a'/>",
+       "<\xE9:var name='a'><\xE9:labl level=\"variable\">N&amp;w</\xE9:labl></\xE9:var>"}}},
     {"OldNamespaceWithDoctypeAndEntities",
      "<?xml version='1.0'?>\n<!DOCTYPE codeBook SYSTEM 'Version1-2-2.dtd' [\n<!ATTLIST var x CDATA "
      "#IMPLIED>\n]>\n<codeBook xmlns='http://www.icpsr.umich.edu/DDI'>\n<dataDscr>\n"
@@ -123,7 +130,7 @@ const Saving kKinds[] = {
      Document("<var name='A'><labl>L</labl></var>", "<notes>one\ntwo</notes>"),
      "FROM SRC /VARINFO VARLABEL /FILEINFO DOCUMENTS",
      {{"<codeBook>", "<codeBook>\r\n <fileDscr>\r\n  <notes>one\r\ntwo</notes>\r\n </fileDscr>"},
-      {"<var name=\"a\">\r\n", "<var name=\"a\">\r\n   <labl>L</labl>\r\n"}}},
+      {"<var name=\"a\">\r\n", "<var name=\"a\">\r\n   <labl level=\"variable\">L</labl>\r\n"}}},
     {"Latin1LacksACharacter",
      "<?xml version='1.0' encoding='iso-8859-1'?>\n<codeBook><dataDscr><var name='a'><labl>\xE9"
      "</labl></var></dataDscr></codeBook>",
@@ -135,7 +142,7 @@ const Saving kKinds[] = {
      "</dataDscr></codeBook>",
      Document("<var name='A'><labl>\u00E9\U0001F600</labl></var>"),
      kVarLabel,
-     {{"nature='x'/>", "nature='x'><labl>&#233;&#128512;</labl></var>"}}},
+     {{"nature='x'/>", "nature='x'><labl level=\"variable\">&#233;&#128512;</labl></var>"}}},
     {"SeveralLabelsInSeveralLanguages",
      Document("<var name='a'><labl xml:lang='fr'>A</labl><labl xml:lang='en'>B</labl><catgry>"
               "<catValu>01</catValu><labl xml:lang='fr'>un</labl><labl xml:lang='en'/></catgry>"
@@ -151,8 +158,7 @@ const Saving kKinds[] = {
               "<catgry><catValu>1.0</catValu><labl>eins</labl></catgry></var>"),
      kSource,
      kLabelsOnly,
-     {{"<labl/>", "<labl>N&amp;w</labl>"},
-      {"<catValu> 1 </catValu>", "<catValu> 1 </catValu><labl>one</labl>"}}},
+     {{"<labl/>", "<labl>N&amp;w</labl>"}, {"eins", "one"}}},
     {"QuotesCdataCommentsAndInstructionsStay",
      "<codeBook><!-- <var name=\"a\"> --><?go on?>\n<dataDscr><![CDATA[ <var> ]]><var\n\tname = "
      "'a' "
@@ -167,7 +173,7 @@ const Saving kKinds[] = {
               "</var>"),
      "FROM SRC /VARINFO VARLABEL LEVEL ROLE",
      {{"name='a' /></dataDscr>",
-       "name='a' nature=\"ordinal\" ><labl>L</labl><notes type=\"VELA:role\" "
+       "name='a' nature=\"ordinal\" ><labl level=\"variable\">L</labl><notes type=\"VELA:role\" "
        "level=\"variable\">both"
        "</notes></var></dataDscr>"}}},
 };
@@ -206,18 +212,23 @@ const Saving kProperties[] = {
      "FROM SRC /VARINFO VALLABELS",
      {{"<labl>c<", "<labl>C<"},
       {"<labl>a</labl></catgry>",
-       "<labl>a</labl></catgry>\n<catgry>\n  <catValu>2</catValu>\n  <labl>b</labl>\n</catgry>"}}},
+       "<labl>a</labl></catgry>\n<catgry>\n  <catValu>2</catValu>\n  <labl "
+       "level=\"category\">b</labl>\n</catgry>"}}},
     {"MissingValuesReplacedAndFlagsFollow",
-     Document("    <var name='a'>\n      <invalrng UNITS='INT'><key>k</key><item VALUE='1'/>"
-              "</invalrng>\n      <invalrng><item VALUE='3'/></invalrng>\n"
+     Document("    <var name='a'>\n      <invalrng UNITS='INT'><item VALUE='SYSMISS'/><item "
+              "VALUE='1'/><item VALUE=' 7.0 '/><key>k</key></invalrng>\n"
+              "      <invalrng><item VALUE='3'/></invalrng>\n"
               "      <catgry missing='Y'><catValu>1</catValu></catgry>\n"
               "      <catgry  missing = \"N\" ID='C'><catValu>-5</catValu></catgry>\n"
+              "      <catgry missing='Y'><catValu>.</catValu></catgry>\n"
               "      <catgry missing='Y'><catValu>9.5</catValu></catgry>\n    </var>\n"),
-     Document("<var name='A'><invalrng><range max='-1'/><item VALUE='9.50'/></invalrng></var>"),
+     Document("<var name='A'><invalrng><range max='-1'/><item VALUE='9.50'/><item VALUE='7'/>"
+              "<item VALUE='8'/><item VALUE='SYSMISS'/></invalrng></var>"),
      "FROM SRC /VARINFO MISSING",
-     {{"<invalrng UNITS='INT'><key>k</key><item VALUE='1'/></invalrng>\n"
-       "      <invalrng><item VALUE='3'/></invalrng>",
-       "<invalrng>\n        <range max=\"-1\"/>\n        <item VALUE=\"9.5\"/>\n      </invalrng>"},
+     {{"<item VALUE='1'/><item VALUE=' 7.0 '/><key>k</key>",
+       "<item VALUE=' 7.0 '/><item VALUE=\"9.5\"/><item VALUE=\"8\"/><key>k</key>"},
+      {"UNITS='INT'>", "UNITS='INT'><range max=\"-1\"/>"},
+      {"\n      <invalrng><item VALUE='3'/></invalrng>", ""},
       {"<catgry missing='Y'><catValu>1<", "<catgry><catValu>1<"},
       {"missing = \"N\"", "missing = \"Y\""}}},
     {"MissingValuesInTheirPlace",
@@ -228,32 +239,56 @@ const Saving kProperties[] = {
      "FROM SRC /VARINFO MISSING",
      {{"<qstn/>", "<qstn/><invalrng><item VALUE=\"\"/><item VALUE=\"a &quot;&lt;\"/></invalrng>"},
       {"<catgry>", "<catgry missing=\"Y\">"}}},
-    {"WidthThatIsReadOffTheValues",
+    {"WidthThatIsNotStatedStaysSo",
      Document("<var name='s'><catgry><catValu>abcdef</catValu><labl>x</labl></catgry>"
-              "<varFormat type='character'/></var>"),
-     Document("<var name='S'><catgry><catValu>ab</catValu><labl>y</labl></catgry>"
-              "<varFormat type='character'/></var>"),
-     "FROM SRC /VARINFO VALLABELS",
-     {{"<catValu>abcdef</catValu><labl>x</labl></catgry>",
-       "<catValu>ab</catValu><labl>y</labl></catgry>"},
-      {"'character'/>", "'character' formatname=\"A6\"/>"}}},
-    {"WidthThatAMissingValueSays",
-     Document("<var name='s'><invalrng><item VALUE='abcd'/></invalrng><varFormat type='character' "
-              "formatname='HEX7'/></var>"),
-     Document("<var name='S'><invalrng><item VALUE='a'/></invalrng><varFormat type='character'/>"
+              "<varFormat type='character' formatname='HEX7'/></var>"),
+     Document("<var name='S'><catgry><catValu>Wednesday</catValu><labl>y</labl></catgry>"
+              "<varFormat type='character' formatname='A9'/></var>"),
+     "FROM SRC /VARINFO VALLABELS FORMATS",
+     {{"<catgry><catValu>abcdef</catValu><labl>x</labl></catgry>",
+       "<catgry><catValu>Wednesday</catValu><labl level=\"category\">y</labl></catgry>"}}},
+    {"FlagsAndSpellingsOfNewCategories",
+     Document("<var name='a'><invalrng><item VALUE='9'/></invalrng><catgry><catValu>1.0</catValu>"
+              "<labl/></catgry><catgry><catValu>5</catValu><labl>x</labl><!-- kept --></catgry>"
               "</var>"),
-     "FROM SRC /VARINFO MISSING",
-     {{"'abcd'", "\"a\""}, {"'HEX7'", "'HEX8'"}}},
-    {"WidthThatStaysIsNotWritten",
-     Document("<var name='s'><catgry><catValu>ab</catValu><labl>x</labl><txt/></catgry><varFormat "
-              "type='character'/></var>"),
-     Document("<var name='S'><catgry><catValu>a</catValu><labl>y</labl></catgry><varFormat "
-              "type='character'/></var>"),
+     Document(
+         "<var name='A'><catgry><catValu>01</catValu><labl>one</labl></catgry><catgry><catValu>"
+         "02</catValu><labl>two</labl></catgry><catgry><catValu>09</catValu><labl>none</labl>"
+         "</catgry></var>"),
      "FROM SRC /VARINFO VALLABELS",
-     {{"<labl>x</labl><txt/></catgry>",
-       "<txt/></catgry><catgry><catValu>a</catValu><labl>y</labl></catgry>"}}},
+     {{"<labl/>", "<labl>one</labl>"},
+      {"<labl>x</labl>", ""},
+      {"kept --></catgry>",
+       "kept --></catgry><catgry><catValu>02</catValu><labl level=\"category\">two</labl></catgry>"
+       "<catgry missing=\"Y\"><catValu>09</catValu><labl level=\"category\">none</labl>"
+       "</catgry>"}}},
+    {"FormatsWhereTheyAreRead",
+     Document("<var name='a'><varFormat formatname='F'>F8.2</varFormat></var>"
+              "<var name='b'><varFormat formatname='date.other'>F8</varFormat></var>"
+              "<var name='c'><varFormat formatname='date'>a date</varFormat></var>"
+              "<var name='d'><varFormat formatname='A3'/><notes type='VELA:printFormat'>F3</notes>"
+              "</var><var name='e'><varFormat formatname='F4'/></var>\n"),
+     Document("<var name='A'><varFormat>comma9.2</varFormat></var><var name='B'><varFormat>N4"
+              "</varFormat></var><var name='C'><varFormat>F6</varFormat></var><var name='D'>"
+              "<varFormat>F5</varFormat></var><var name='E'/>"),
+     "FROM SRC /VARINFO FORMATS",
+     {{"'F'>F8.2<", "'COMMA'>COMMA9.2<"},
+      {">F8<", ">N4<"},
+      {"a date</varFormat>",
+       "a date</varFormat><notes type=\"VELA:printFormat\" level=\"variable\">F6</notes>"},
+      {">F3<", ">F5<"}}},
+    {"DocumentationThatIsLacking",
+     Document(
+         "<var name='a'><labl>x</labl><universe/><txt>own</txt><notes type='x'>t</notes></var>"),
+     Document(
+         "<var name='A'><qstn ID='Q1'>Why? <qstnLit>So</qstnLit></qstn><universe>all</universe>"
+         "<txt>other</txt><concept/><notes>n1</notes><notes>n2</notes></var>"),
+     "FROM SRC /VARINFO ATTRIBUTES",
+     {{"<labl>x</labl>", "<labl>x</labl><qstn>Why? <qstnLit>So</qstnLit></qstn>"},
+      {"<universe/>", "<universe/><universe>all</universe>"},
+      {"t</notes>", "t</notes><notes>n1</notes><notes>n2</notes>"}}},
     {"FormatsAndNotes",
-     Document("    <var name='a' dcml='1'>\n      <varFormat schema='other'>text</varFormat>\n"
+     Document("    <var name='a' dcml='1'>\n      <varFormat schema='other'/>\n"
               "      <notes type='VELA:columnWidth'> 5\n</notes><notes>kept</notes>\n"
               "      <notes type='VELA:alignment'>left</notes>\n    </var>\n"),
      Document("<var name='A'><varFormat formatname='comma9.2'/><notes type='VELA:writeFormat'>F7"
@@ -274,7 +309,7 @@ const Saving kProperties[] = {
      "</o:labl></var></dataDscr></codeBook>",
      kSource,
      kVarLabel,
-     {{"<var name='a'>", "<var name='a'><labl>N&amp;w</labl>"}}},
+     {{"<var name='a'>", "<var name='a'><labl level=\"variable\">N&amp;w</labl>"}}},
     {"OrderAmongCategoriesWithoutLabels",
      Document("<var name='a'><catgry><catValu>3</catValu></catgry><catgry><catValu>1</catValu>"
               "</catgry><catgry><catValu>2</catValu><labl>b</labl></catgry></var>\n"),
@@ -282,10 +317,11 @@ const Saving kProperties[] = {
               "</catValu><labl>a</labl></catgry><catgry><catValu>3</catValu><labl>c</labl></catgry>"
               "</var>"),
      "FROM SRC /VARINFO VALLABELS=MERGE",
-     {{"3</catValu>", "3</catValu><labl>c</labl>"},
-      {"1</catValu>", "1</catValu><labl>a</labl>"},
+     {{"3</catValu>", "3</catValu><labl level=\"category\">c</labl>"},
+      {"1</catValu>", "1</catValu><labl level=\"category\">a</labl>"},
       {"<labl>b</labl></catgry>",
-       "<labl>b</labl></catgry><catgry><catValu>4</catValu><labl>d</labl></catgry>"}}},
+       "<labl>b</labl></catgry><catgry><catValu>4</catValu><labl "
+       "level=\"category\">d</labl></catgry>"}}},
     {"FlagsOfAStringOfOneByte",
      Document("<var name='a'><catgry missing='Y'><catValu>x</catValu></catgry><varFormat "
               "type='character' formatname='A1'/></var>\n"),
@@ -338,11 +374,11 @@ const Saving kFileAndNew[] = {
      "</codeBook>",
      kAdd,
      {{"name='z'/>",
-       "name='z'/>\n    <d:var ID=\"Q1_2\" name=\"Q1\" files=\"Q1\">\n"
-       "      <d:labl>&#8364;</d:labl>\n      <d:security>s</d:security>\n"
+       "name='z'/>\n    <d:var ID=\"V2\" name=\"Q1\" intrvl=\"discrete\">\n"
+       "      <d:labl level=\"variable\">&#8364;</d:labl>\n      <d:security>s</d:security>\n"
        "      <d:qstn seqNo=\"1\"><d:qstnLit xml:lang=\"fr\">\xE9 &lt; l<h:b xmlns:h=\"urn:h\" "
        "y=\"2\">B</h:b></d:qstnLit></d:qstn>\n      <d:concept vocab=\"v\">c</d:concept>\n"
-       "      <d:varFormat type=\"numeric\" formatname=\"F5.2\"/>\n    </d:var>"}}},
+       "      <d:varFormat type=\"numeric\"/>\n    </d:var>"}}},
     {"NewVariableWithAllThatIsItsOwn",
      Document("    <var ID='B' name='a'/>\n"),
      Document("<var name='b b' nature='ordinal' wgt='wgt'><invalrng><item VALUE='x'/></invalrng>"
@@ -351,9 +387,10 @@ const Saving kFileAndNew[] = {
               "split</notes><notes type='VELA:attribute' subject='&quot;'>&lt;</notes></var>"),
      "FROM SRC /NEWVARS",
      {{"name='a'/>",
-       "name='a'/>\n    <var ID=\"b_b\" name=\"b b\" files=\"F1\" wgt=\"wgt\" nature=\"ordinal\">\n"
+       "name='a'/>\n    <var ID=\"b_b\" name=\"b b\" wgt=\"wgt\" nature=\"ordinal\">\n"
        "      <invalrng>\n        <item VALUE=\"x\"/>\n      </invalrng>\n"
-       "      <catgry missing=\"Y\">\n        <catValu>x</catValu>\n        <labl>L</labl>\n"
+       "      <catgry missing=\"Y\">\n        <catValu>x</catValu>\n        <labl "
+       "level=\"category\">L</labl>\n"
        "      </catgry>\n      <varFormat type=\"character\" formatname=\"HEX4\"/>\n"
        "      <notes type=\"VELA:writeFormat\" level=\"variable\">A2</notes>\n"
        "      <notes type=\"VELA:role\" level=\"variable\">split</notes>\n"
@@ -365,39 +402,82 @@ const Saving kFileAndNew[] = {
      "</dataDscr></codeBook>",
      kAdd,
      {{"<dataDscr/>",
-       "<dataDscr>\n  <var ID=\"A\" name=\"A\">\n    <txt>&amp;eacute;</txt>\n"
-       "    <varFormat type=\"numeric\" formatname=\"F8\"/>\n  </var>\n</dataDscr>"}}},
-    {"IdsThatTheStandardTakes",
-     "<codeBook>\n<dataDscr/>\n</codeBook>",
-     Document("<var name='1 \u00B5'/><var name='\u0218c'/><var name='\u00AA'/>"),
+       "<dataDscr>\n  <var ID=\"V1\" name=\"A\">\n    <txt>&amp;eacute;</txt>\n"
+       "    <varFormat type=\"numeric\"/>\n  </var>\n</dataDscr>"}}},
+    {"IdsOfNames",
+     Document("    <var ID='B' name='B'/>\n"),
+     Document("<var name='1 \u00B5'/><var name='b!'/><var name='b?'/>"),
      kAdd,
-     {{"<dataDscr/>",
-       "<dataDscr>\n  <var ID=\"V1__\" name=\"1 \u00B5\">\n"
-       "    <varFormat type=\"numeric\" formatname=\"F8\"/>\n  </var>\n"
-       "  <var ID=\"V_c\" name=\"\u0218c\">\n"
-       "    <varFormat type=\"numeric\" formatname=\"F8\"/>\n  </var>\n"
-       "  <var ID=\"V_\" name=\"\u00AA\">\n"
-       "    <varFormat type=\"numeric\" formatname=\"F8\"/>\n  </var>\n</dataDscr>"}}},
+     {{"name='B'/>",
+       "name='B'/>\n    <var ID=\"V1__\" name=\"1 \u00B5\">\n      <varFormat "
+       "type=\"numeric\"/>\n    </var>\n    <var ID=\"b_\" name=\"b!\">\n      <varFormat "
+       "type=\"numeric\"/>\n    </var>\n    <var ID=\"b__2\" name=\"b?\">\n      <varFormat "
+       "type=\"numeric\"/>\n    </var>"}}},
+    {"IdsWithANumber",
+     "<codeBook><fileDscr ID='F1'/><dataDscr><varGrp ID='VG11F1' name='p' var='v0012'/><varGrp "
+     "ID='VG12F1' name='q' var='v0012'/>\n<var ID='v0990' name='x' files=' F1 '/>\n<var ID='v0012' "
+     "name='a' files=' F1 '/></dataDscr></codeBook>",
+     "<codeBook><dataDscr><varGrp name='r' var='N'/><var ID='N' name='n' intrvl='contin' "
+     "wgt-var='W X'>"
+     "<imputation>i</imputation></var><var ID='W' name='X'/></dataDscr></codeBook>",
+     "FROM SRC /FILEINFO VARSETS /NEWVARS",
+     {{"ID='VG12F1' name='q' var='v0012'/>",
+       "ID='VG12F1' name='q' var='v0012'/><varGrp ID=\"VG13F1\" type=\"other\" name=\"r\" "
+       "var=\"v0991\"/>"},
+      {"name='a' files=' F1 '/>",
+       "name='a' files=' F1 '/>\n<var ID=\"v0991\" name=\"n\" files=\" F1 \" wgt-var=\"v0990\" "
+       "intrvl=\"contin\">\n  <imputation>i</imputation>\n  <varFormat type=\"numeric\"/>\n"
+       "</var>"}}},
+    {"LabelsInAllLanguages",
+     "<codeBook xml:lang='fi'><dataDscr><var name='a'><labl>Ikä</labl></var>\n<var name='b'><labl "
+     "xml-lang='en'>B</labl></var></dataDscr></codeBook>",
+     "<codeBook><dataDscr><var name='A'><labl xml:lang='en'>Age</labl></var><var "
+     "name='B'><labl>none"
+     "</labl><labl xml:lang='fi-FI'>Bee</labl></var><var name='C'><labl "
+     "xml:lang='en'>C</labl><labl "
+     "xml:lang='FI'>See</labl></var></dataDscr></codeBook>",
+     kAdd,
+     {{"'en'>B</labl>", "'en'>B</labl><labl level=\"variable\">Bee</labl>"},
+      {"</var></dataDscr>",
+       "</var>\n<var ID=\"V1\" name=\"C\">\n  <labl level=\"variable\">See</labl>\n  <labl "
+       "level=\"variable\" xml-lang=\"en\">C</labl>\n  <varFormat type=\"numeric\"/>\n</var>"
+       "</dataDscr>"}}},
+    {"WrapperAndWindows1252AndPrefixOnAVariable",
+     "<?xml version='1.0' encoding='Windows-1252'?>\n<record xmlns='urn:oai'><codeBook "
+     "xmlns='ddi:codebook:2_5'><d:dataDscr xmlns='urn:o' xmlns:d='ddi:codebook:2_5'><d:var "
+     "name='a'/></d:dataDscr></codeBook></record>",
+     Document("<var name='A'><labl>\u20AC \u0416</labl></var>"),
+     kVarLabel,
+     {{"<d:var name='a'/>",
+       "<d:var name='a'><d:labl level=\"variable\">\x80 &#1046;</d:labl></d:var>"}}},
+    {"Utf16InName",
+     "<?xml version='1.0' encoding='utf-16'?>\n<codeBook><dataDscr><var "
+     "name='a'><labl>\u00E9</labl>"
+     "</var></dataDscr></codeBook>",
+     kSource,
+     kVarLabel,
+     {{"\u00E9", "N&amp;w"}}},
     {"NoContainersAtAll",
      "<codeBook/>",
      Document("<var name='A'/>", "<fileTxt><fileCont>L</fileCont></fileTxt>"),
      "FROM SRC /NEWVARS /FILEINFO FILELABEL",
      {{"<codeBook/>",
        "<codeBook>\n  <fileDscr>\n    <fileTxt>\n      <fileCont>L</fileCont>\n    </fileTxt>\n"
-       "  </fileDscr>\n  <dataDscr>\n    <var ID=\"A\" name=\"A\">\n"
-       "      <varFormat type=\"numeric\" formatname=\"F8\"/>\n    </var>\n  </dataDscr>\n"
+       "  </fileDscr>\n  <dataDscr>\n    <var ID=\"V1\" name=\"A\">\n"
+       "      <varFormat type=\"numeric\"/>\n    </var>\n  </dataDscr>\n"
        "</codeBook>"}}},
     {"ContainersInTheirPlaces",
      "<codeBook>\n <stdyDscr/>\n <otherMat/>\n</codeBook>",
      Document("<varGrp name='G' type='multipleResp' var='V'><labl>g</labl></varGrp><var ID='V' "
               "name='A'/>",
-              "<fileTxt><fileCont/></fileTxt>"),
+              "<fileTxt><fileCont>f</fileCont></fileTxt>"),
      "FROM SRC /NEWVARS /FILEINFO FILELABEL MRSETS",
      {{" <stdyDscr/>",
-       " <stdyDscr/>\n <fileDscr>\n   <fileTxt>\n     <fileCont/>\n   </fileTxt>\n </fileDscr>\n"
-       " <dataDscr>\n   <varGrp ID=\"G\" type=\"multipleResp\" name=\"G\" var=\"A\">\n"
-       "     <labl>g</labl>\n   </varGrp>\n   <var ID=\"A\" name=\"A\">\n"
-       "     <varFormat type=\"numeric\" formatname=\"F8\"/>\n   </var>\n </dataDscr>"}}},
+       " <stdyDscr/>\n <fileDscr>\n   <fileTxt>\n     <fileCont>f</fileCont>\n   </fileTxt>\n "
+       "</fileDscr>\n"
+       " <dataDscr>\n   <varGrp ID=\"VG1\" type=\"multipleResp\" name=\"G\" var=\"V1\">\n"
+       "     <labl>g</labl>\n   </varGrp>\n   <var ID=\"V1\" name=\"A\">\n"
+       "     <varFormat type=\"numeric\"/>\n   </var>\n </dataDscr>"}}},
     {"LabelAmongTheFilesTexts",
      Document("", "<fileTxt><fileName>n</fileName><fileStrc/></fileTxt><locMap/>"),
      Document("", "<fileTxt><fileCont>\n  A  label\n</fileCont></fileTxt>"),
@@ -429,25 +509,25 @@ const Saving kFileAndNew[] = {
      Document("<var name='B' wgt='wgt'/>"),
      "FROM SRC /VARINFO VARLABEL",
      {{"'VELA:weight'>A<", "'VELA:weight'>b<"}}},
-    {"SetsKeptMovedRemovedAdded",
+    {"SetsKeptRemovedAdded",
      Document(
          "    <varGrp ID='G1' name='one' type='section' var='A O'/>\n"
          "    <varGrp ID='G2' varGrp='G3 G1'><labl>two</labl><notes/></varGrp>\n"
          "    <varGrp ID='G3' name='three' var='A'/>\n    <varGrp name='m' type='multipleResp' "
-         "varGrp='G3'/>\n    <var ID='A' name='a' files='F1'/><var name='b'/>\n"
-         "    <var ID='O' name='o' files='F1'/>\n"),
-     Document("<varGrp name='two' type='subject' var='B X'/><varGrp name='new' var='A'>"
-              "<labl>l</labl></varGrp><varGrp name='one' var='B A'><labl>L</labl></varGrp>"
+         "varGrp='G3'/>\n    <varGrp ID='G4' name='three'/>\n    <var ID='A' name='a' files='F1'/>"
+         "<var name='b'/>\n    <var ID='O' name='o' files='F1'/>\n"),
+     Document("<varGrp name='two' type='subject' var='B X'><labl>L2</labl></varGrp><varGrp ID='N' "
+              "var='A' varGrp='T N'><labl>new</labl><universe>u</universe><txt>t</txt></varGrp>"
+              "<varGrp ID='T' name='one' var='B A'/>"
               "<var ID='A' name='A'/><var ID='B' name='B'/><var ID='X' name='X'/>"),
      "FROM SRC /FILEINFO VARSETS=REPLACE",
-     {{"<varGrp ID='G1' name='one' type='section' var='A O'/>\n    <varGrp ID='G2' varGrp='G3 G1'>"
-       "<labl>two</labl><notes/></varGrp>\n    <varGrp ID='G3' name='three' var='A'/>",
-       "<varGrp ID='G2' varGrp='G1' var=\"b\"><labl>two</labl><notes/></varGrp>\n"
-       "    <varGrp ID=\"new\" type=\"other\" name=\"new\" var=\"A\">\n      <labl>l</labl>\n"
-       "    </varGrp>\n"
-       "    <varGrp ID='G1' name='one' type='section' var='b A'>\n      <labl>L</labl>\n"
-       "    </varGrp>"},
-      {" varGrp='G3'/>", "/>"},
+     {{"var='A O'/>", "var='b A'/>"},
+      {"ID='G2' varGrp='G3 G1'><labl>two</labl>",
+       "ID='G2' varGrp='G1' name=\"two\" var=\"b\"><labl>L2</labl>"},
+      {"\n    <varGrp ID='G3' name='three' var='A'/>", ""},
+      {" varGrp='G3'/>\n    <varGrp ID='G4' name='three'/>",
+       "/>\n    <varGrp ID=\"G5\" type=\"other\" var=\"A\" varGrp=\"G1 G5\">\n      <labl>new"
+       "</labl>\n      <txt>t</txt>\n      <universe>u</universe>\n    </varGrp>"},
       {"<var name='b'/>", "<var name='b' ID=\"b\"/>"}}},
     {"ReferencesToASetThatGoes",
      Document("<varGrp ID='G' name='s' var='V'/><varGrp ID='H' name='m' type='multipleResp'><txt>"
@@ -464,11 +544,16 @@ const Saving kFileAndNew[] = {
      Document("<varGrp name='s' var='B'/><var ID='B' name='B'/>"),
      "FROM SRC /FILEINFO VARSETS",
      {{"'V1 V2'", "'V3 V2'"}}},
-    {"SetWithoutMembers",
-     Document("<varGrp ID='G' name='s' var='V'/><var ID='V' name='a'/>"),
-     Document("<varGrp name='s' var='B'/><var ID='B' name='B'/>"),
+    {"SetsWithoutMembersOfTheSecondFile",
+     "<codeBook><fileDscr ID='F1'/><fileDscr ID='F2'/><dataDscr><varGrp ID='G' name='s' var='V W'/>"
+     "<var ID='W' name='w' files='F1'/><var ID='V' name='a' files='F2'/></dataDscr></codeBook>",
+     Document("<varGrp name='s' var='B'/><varGrp name='t' var='B'/><var ID='B' name='B'/>"),
      "FROM SRC /FILEINFO VARSETS",
-     {{" name='s' var='V'/>", " name='s'/>"}}},
+     {{"name='s' var='V W'/>",
+       "name='s' var='W'><notes type=\"VELA:file\" level=\"varGrp\">F2</notes></varGrp><varGrp "
+       "ID=\"t\" type=\"other\" name=\"t\"><notes type=\"VELA:file\" level=\"varGrp\">F2"
+       "</notes></varGrp>"}},
+     "#F2"},
 };
 
 // What is as long as a document, in the variable that changes: more than is fed to the parser at
@@ -481,7 +566,7 @@ TEST(SavedLargeBytes, AreTheDocumentsWithTheChanges) {
        Document("<var name='a' x='" + large + "'/>"),
        kSource,
        kVarLabel,
-       {{"n'/>", "n'>\n  <labl>N&amp;w</labl>\n</var>"}}},
+       {{"n'/>", "n'>\n  <labl level=\"variable\">N&amp;w</labl>\n</var>"}}},
       {"AttributeThatChanges",
        Document("<var name='a' nature='" + large + "' x='y'/>"),
        Document("<var name='A' nature='nominal'/>"),
@@ -496,14 +581,14 @@ TEST(SavedLargeBytes, AreTheDocumentsWithTheChanges) {
        Document("<var name='a'><txt/></var>"),
        Document("<var name='A'><labl>" + other + "</labl></var>"),
        kVarLabel,
-       {{"<txt/>", "<labl>" + other + "</labl><txt/>"}}},
+       {{"<txt/>", "<labl level=\"variable\">" + other + "</labl><txt/>"}}},
       {"CategoryLabel",
        Document("<var name='a'><catgry><catValu>1</catValu><labl>" + large +
                 "</labl></catgry><catgry><catValu>2</catValu><labl/><txt>" + other +
                 "</txt></catgry></var>"),
        kSource,
        "FROM SRC /VARINFO VALLABELS",
-       {{large, "one"}, {"2</catValu><labl/>", "2</catValu>"}}},
+       {{large, "one"}}},
       {"EverythingAround",
        Document("<var name='a'" + std::string(1'000'000, ' ') + "><!--" + other +
                 "--><labl>x</labl><txt><![CDATA[" + large + "]]></txt><?p " + other +

@@ -20,116 +20,131 @@
 namespace velahost {
 namespace {
 
-// The categories that the variable can have, as it keeps them.
-std::vector<Category> FittingCategories(const std::vector<CategoryReading>& readings,
-                                        TextArena& texts) {
-  std::vector<Category> categories;
-  for (const CategoryReading& category : readings) {
-    if (!category.fits) continue;
-    std::optional<Text> label;
-    if (category.label) label = texts.AddCollapsed(category.label.Text());
-    categories.push_back({category.number, category.string, std::move(label)});
+constexpr std::string_view kCategoryLevel = "category";
+
+// Whether a text is how a number is written: digits alone are so often enough to be looked for
+// first.
+bool IsShortest(std::string_view text, double number) {
+  constexpr std::size_t kFewDigits = 15;
+  const bool isPlain =
+      text.size() <= kFewDigits && text.front() != '0' &&
+      std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  return isPlain || text == WriteNumber(number);
+}
+
+// Finds out whether a value is one of a variable's missing values.
+class MissingIndex {
+ public:
+  MissingIndex(const MissingValues& missing, int type) : missing_(missing), singles_(type) {
+    constexpr std::size_t kFew = 16;  // are searched one by one
+    isIndexed_ = missing.numbers.size() + missing.strings.size() > kFew;
+    if (isIndexed_) singles_ = SinglesOf(missing, type);
   }
-  return categories;
-}
 
-bool IsMissing(const MissingValues& missing, const ValueLabel& value, bool isNumeric) {
-  return isNumeric ? missing.Contains(value.number) : missing.Contains(value.string.View());
-}
+  bool Has(const ValueLabel& value) const {
+    if (!isIndexed_) {
+      return singles_.IsNumeric() ? missing_.Contains(value.number)
+                                  : missing_.Contains(value.string.View());
+    }
+    if (singles_.FindValueOf(value) != nullptr) return true;
+    return missing_.range && missing_.range->first <= value.number &&
+           value.number <= missing_.range->second;
+  }
 
-NewElement NewCategory(const ValueLabel& pair, bool isNumeric, bool isMissing) {
+ private:
+  const MissingValues& missing_;
+  ValueLabels singles_;
+  bool isIndexed_ = false;
+};
+
+NewElement NewCategory(const ValueLabel& pair, bool isNumeric, bool isMissing,
+                       const Languages& languages) {
   NewElement category{.element = element::catgry};
   if (isMissing) category.attributes.emplace_back("missing", "Y");
   category.children.reserve(2);
   category.children.push_back({.element = element::catValu, .text = ValueText(pair, isNumeric)});
-  category.children.push_back({.element = element::labl, .text = pair.label.String()});
+  AddLabels(category, kCategoryLevel, pair.label, pair.languages, languages);
   return category;
 }
 
 // Edits the categories of one var.
 class CategoryWriter {
  public:
-  CategoryWriter(Element var, const Variable& read, const Variable& now, PropertySet changed,
+  CategoryWriter(Element var, const Variable& now, PropertySet changed, const Languages& languages,
                  Editor& editor)
       : var_(var),
-        read_(read),
         now_(now),
+        writesLabels_(changed.Has(Property::ValueLabels)),
         writesMissing_(changed.Has(Property::Missing)),
-        editor_(editor) {}
+        languages_(languages),
+        editor_(editor),
+        missing_(now.missing, now.type),
+        seen_(now.type) {}
 
-  // Every category of the document in turn, the first of each value with its label; then the values
-  // that the document does not have yet.
-  std::size_t Write() {
+  // Every category of the document in turn; then the values that the document does not have yet.
+  void Write() {
     TextArena texts;
-    const std::vector<CategoryReading> categories = ReadCategories(var_, now_.type, texts);
-    ValueLabels seen(now_.type);
-    seen.Reserve(categories.size());
-    for (const CategoryReading& category : categories) {
-      if (!category.fits) {
-        CountLength(category);
-        continue;
-      }
-      const ValueLabel value = category.Value();
-      const bool isFirst = seen.FindValueOf(value) == nullptr;
-      if (isFirst) seen.Add(value);
-      WriteCategory(category, isFirst);
+    categories_ = ReadCategories(var_, now_.type, languages_, texts);
+    FindCarriers();
+    auto carrier = carriers_.begin();
+    for (std::size_t i = 0; i < categories_.size(); ++i) {
+      const bool isCarrier = carrier != carriers_.end() && *carrier == i;
+      if (isCarrier) ++carrier;
+      if (categories_[i].fits) WriteCategory(categories_[i], isCarrier);
     }
     WriteReferences();
-    if (now_.valueLabels) AddMissing(*now_.valueLabels, seen);
-    return longest_;
+    if (writesLabels_ && now_.valueLabels) AddMissing(*now_.valueLabels);
   }
 
  private:
-  void AddMissing(const ValueLabels& labels, const ValueLabels& seen) {
-    const bool isNumeric = now_.IsNumeric();
+  // The label of a value stands in the first of its categories that has one, else goes to the
+  // first.
+  void FindCarriers() {
+    seen_.Reserve(categories_.size());
+    for (std::size_t i = 0; i < categories_.size(); ++i) {
+      const CategoryReading& category = categories_[i];
+      if (!category.fits) continue;
+      const ValueLabel value = category.Value();
+      if (const ValueLabel* const known = seen_.FindValueOf(value)) {
+        std::size_t& carrier = carriers_[seen_.PlaceOf(known)];
+        if (!categories_[carrier].label && category.label) carrier = i;
+        continue;
+      }
+      seen_.Add(value);
+      carriers_.push_back(i);
+    }
+    std::sort(carriers_.begin(), carriers_.end());
+  }
+
+  void AddMissing(const ValueLabels& labels) {
     for (const ValueLabel& pair : labels) {
-      if (seen.FindValueOf(pair) != nullptr) continue;
-      longest_ = std::max(longest_, ValueText(pair, isNumeric).size());
-      const bool isMissing = writesMissing_ && IsMissing(now_.missing, pair, isNumeric);
-      editor_.Insert(var_, NewCategory(pair, isNumeric, isMissing));
+      if (seen_.FindValueOf(pair) != nullptr) continue;
+      editor_.Insert(var_, NewCategory(pair, now_.IsNumeric(), missing_.Has(pair), languages_));
     }
   }
 
-  void WriteCategory(const CategoryReading& category, bool isFirst) {
+  void WriteCategory(const CategoryReading& category, bool isCarrier) {
     const ValueLabel value = category.Value();
-    const bool isMissing =
-        writesMissing_ ? IsMissing(now_.missing, value, now_.IsNumeric()) : category.isFlagged;
-    const ValueLabel* const label = LabelIn(now_, value);
-    const bool loses = label == nullptr && category.label;
+    const bool isMissing = writesMissing_ ? missing_.Has(value) : category.isFlagged;
+    const ValueLabel* const label =
+        now_.valueLabels ? now_.valueLabels->FindValueOf(value) : nullptr;
+    const bool loses = writesLabels_ && label == nullptr && category.label;
     if (loses && !isMissing && HasNothingElse(category)) {
       editor_.Remove(category.element);
       const MarkupText id = category.element.Attribute("ID");
       if (id.IsThere()) goneIds_.emplace(Trim(id));
       return;
     }
-    CountLength(category);
     if (isMissing != category.isFlagged) {
       isMissing ? editor_.SetAttribute(category.element, "missing", "Y")
                 : editor_.RemoveAttribute(category.element, "missing");
     }
     if (loses) {
-      for (const Element labl : category.element.All(element::labl)) editor_.Remove(labl);
-    } else if (label != nullptr && isFirst) {
-      const ValueLabel* const asRead = LabelIn(read_, value);
-      if (asRead == nullptr || asRead->label != label->label) WriteLabel(category, label->label);
+      RemoveLabels(category.element, languages_, editor_);
+    } else if (writesLabels_ && label != nullptr && isCarrier) {
+      WriteLabel(category.element, kCategoryLevel, label->label, label->languages, languages_,
+                 editor_);
     }
-  }
-
-  void WriteLabel(const CategoryReading& category, const Text& label) {
-    if (!category.label) {
-      editor_.Insert(category.element, {.element = element::labl, .text = label.String()});
-    } else if (LineOf(category.label) != label.View()) {
-      editor_.SetText(category.label, label);
-    }
-  }
-
-  static const ValueLabel* LabelIn(const Variable& variable, const ValueLabel& value) {
-    return variable.valueLabels ? variable.valueLabels->FindValueOf(value) : nullptr;
-  }
-
-  void CountLength(const CategoryReading& category) {
-    if (now_.IsNumeric()) return;
-    longest_ = std::max(longest_, LineOf(category.element.Child(element::catValu)).size());
   }
 
   // Takes the categories that go out of the groups of categories.
@@ -145,11 +160,23 @@ class CategoryWriter {
     }
   }
 
-  // Whether a category has nothing but its value, labels, an ID and a missing flag.
-  static bool HasNothingElse(const CategoryReading& category) {
+  // Whether a category has nothing but its value, labels that go, an ID and a missing flag.
+  bool HasNothingElse(const CategoryReading& category) const {
+    const std::string_view content = category.element.Content();
+    const std::size_t begin = category.element.ContentBegin();
+    std::size_t at = begin;
+    const auto isEmptyUpTo = [&](std::size_t end) {
+      const std::string_view between = content.substr(at - begin, end - at);
+      return std::all_of(between.begin(), between.end(), IsSpace);
+    };
     for (const Element child : category.element.All()) {
-      if (child.Name() != element::labl && child.Name() != element::catValu) return false;
+      const bool goes = child.Name() == element::labl && MayBeLabel(child, languages_);
+      const bool isValue =
+          child.Name() == element::catValu && child.Content().find('<') == std::string_view::npos;
+      if ((!goes && !isValue) || !isEmptyUpTo(child.Begin())) return false;
+      at = child.End();
     }
+    if (!isEmptyUpTo(category.element.ContentEnd())) return false;
     const StartTag tag(category.element.Tag());
     for (auto attribute = tag.First(); attribute; attribute = tag.After(*attribute)) {
       const bool isFlag = attribute->name == "missing" && category.isFlagged;
@@ -159,11 +186,15 @@ class CategoryWriter {
   }
 
   const Element var_;
-  const Variable& read_;
   const Variable& now_;
+  const bool writesLabels_;
   const bool writesMissing_;
+  const Languages& languages_;
   Editor& editor_;
-  std::size_t longest_ = 0;                  // of the categories' values as they will be
+  const MissingIndex missing_;
+  std::vector<CategoryReading> categories_;
+  ValueLabels seen_;                         // the values that the categories have
+  std::vector<std::size_t> carriers_;        // the category of each value that carries its label
   std::unordered_set<std::string> goneIds_;  // of categories that go
 };
 
@@ -181,8 +212,7 @@ class CategoryPlaces {
     });
   }
 
-  // The first category of the value with a label carries the value's label. As long as it is to
-  // carry the same one nothing is written; another label goes to the first category of the value.
+  // The first category of the value that has a label carries the value's label, else the first.
   std::size_t Of(const ValueLabel& pair) const {
     const auto isValue = [&](std::size_t place) {
       return Compare(categories_[place], pair.number, pair.string) == 0;
@@ -193,8 +223,7 @@ class CategoryPlaces {
         });
     if (first == byValue_.end() || !isValue(*first)) return kAfterAll;
     for (auto i = first; i != byValue_.end() && isValue(*i); ++i) {
-      const std::optional<Text>& label = categories_[*i].label;
-      if (label) return *label == pair.label ? *i : *first;
+      if (categories_[*i].hasLabel) return *i;
     }
     return *first;
   }
@@ -228,28 +257,32 @@ SharedValueLabels Ordered(const SharedValueLabels& set,
 
 }  // namespace
 
-std::vector<CategoryReading> ReadCategories(Element var, int type, TextArena& texts) {
+std::vector<CategoryReading> ReadCategories(Element var, int type, const Languages& languages,
+                                            TextArena& texts) {
   const auto all = var.All(element::catgry);
   std::vector<CategoryReading> categories;
   categories.reserve(static_cast<std::size_t>(std::distance(all.begin(), all.end())));
   for (const Element catgry : all) {
     CategoryReading& category = categories.emplace_back();
     category.element = catgry;
-    category.label = catgry.Child(element::labl);
+    category.label = FindLabel(catgry, languages);
     category.isFlagged = catgry.Attribute("missing").View() == "Y";
     const Element catValu = catgry.Child(element::catValu);
     if (!catValu) continue;
     category.hasValue = true;
     const MarkupText text = catValu.Text();
-    if (type == 0) {
-      const auto number = ReadNumber(Trim(text));
-      category.fits = number.has_value();
-      category.number = number.value_or(0);
+    if (type > 0) {
+      const Text string = texts.AddCollapsed(text);
+      category.fits = string.Size() <= static_cast<std::size_t>(type);
+      if (category.fits) category.string = string;
       continue;
     }
-    const Text string = texts.AddCollapsed(text);
-    category.fits = string.Size() <= static_cast<std::size_t>(type);
-    if (category.fits) category.string = string;
+    const std::string_view spelled = Trim(text);
+    const auto number = ReadNumber(spelled);
+    category.fits = number.has_value();
+    if (!number) continue;
+    category.number = *number;
+    if (!IsShortest(spelled, *number)) category.string = texts.Add(spelled);
   }
   return categories;
 }
@@ -262,49 +295,56 @@ std::size_t LongestCategory(Element var) {
   return longest;
 }
 
-bool TakeValueLabels(const std::vector<CategoryReading>& categories, Variable& variable,
-                     TextArena& texts) {
-  if (categories.empty()) return false;
-  bool passesOver = false;
+void TakeValueLabels(const std::vector<CategoryReading>& categories, Variable& variable,
+                     LabelReader& labels, TextArena& texts) {
+  if (categories.empty()) return;
   std::size_t fitting = 0;
   auto set = std::make_shared<ValueLabels>(variable.type);
   set->Reserve(categories.size());
   for (const CategoryReading& category : categories) {
-    if (!category.fits) {
-      passesOver |= variable.type > 0 && category.hasValue && category.label;
-      continue;
-    }
+    if (!category.fits) continue;
     ++fitting;
     if (!category.label) continue;
     ValueLabel pair = category.Value();
     if (set->FindValueOf(pair) != nullptr) continue;
     pair.label = texts.AddCollapsed(category.label.Text());
+    pair.languages = labels.LanguagesOf(category.element, category.label, texts);
     set->Add(std::move(pair));
   }
   if (fitting > set->Size()) {
-    variable.categories =
-        std::make_shared<const std::vector<Category>>(FittingCategories(categories, texts));
+    auto all = std::make_shared<std::vector<Category>>();
+    for (const CategoryReading& category : categories) {
+      if (!category.fits) continue;
+      all->push_back({category.number, category.string, static_cast<bool>(category.label)});
+    }
+    variable.categories = std::move(all);
   }
   if (!set->Empty()) variable.valueLabels = std::move(set);
-  return passesOver;
 }
 
-std::size_t WriteCategories(Element var, const Variable& read, const Variable& now,
-                            PropertySet changed, Editor& editor) {
-  return CategoryWriter(var, read, now, changed, editor).Write();
+void WriteCategories(Element var, const Variable& now, PropertySet changed,
+                     const Languages& languages, Editor& editor) {
+  CategoryWriter(var, now, changed, languages, editor).Write();
 }
 
-void AddCategories(const Variable& variable, NewElement& var) {
+void AddCategories(const Variable& variable, const Languages& languages, NewElement& var) {
   if (!variable.valueLabels) return;
-  const bool isNumeric = variable.IsNumeric();
+  const MissingIndex missing(variable.missing, variable.type);
   for (const ValueLabel& pair : *variable.valueLabels) {
-    var.children.push_back(
-        NewCategory(pair, isNumeric, IsMissing(variable.missing, pair, isNumeric)));
+    var.children.push_back(NewCategory(pair, variable.IsNumeric(), missing.Has(pair), languages));
   }
 }
 
 std::string ValueText(const ValueLabel& value, bool isNumeric) {
-  return isNumeric ? WriteNumber(value.number) : value.string.String();
+  return isNumeric && value.string.Empty() ? WriteNumber(value.number) : value.string.String();
+}
+
+ValueLabels SinglesOf(const MissingValues& missing, int type) {
+  ValueLabels singles(type);
+  singles.Reserve(missing.numbers.size() + missing.strings.size());
+  for (const double number : missing.numbers) singles.Add({number, {}, {}});
+  for (const Text& string : missing.strings) singles.Add({0, string, {}});
+  return singles;
 }
 
 SharedValueLabels InDocumentOrder(const Variable& read, const SharedValueLabels& set) {

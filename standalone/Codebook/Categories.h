@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/Codebook/Labels.h"
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Dictionary/Variable.h"
 #include "standalone/Text/Text.h"
@@ -25,30 +26,33 @@ struct CategoryReading {
   bool fits = false;       // and the variable can have it: then it is in number or string
   bool isFlagged = false;  // missing="Y"
   double number = 0;
-  Text string;
+  Text string;  // of a numeric variable the spelling, as in a ValueLabel
 
   ValueLabel Value() const { return {number, string, {}}; }
 };
-std::vector<CategoryReading> ReadCategories(Element var, int type, TextArena& texts);
+std::vector<CategoryReading> ReadCategories(Element var, int type, const Languages& languages,
+                                            TextArena& texts);
 
 // The bytes of the longest value that a category of a var has.
 std::size_t LongestCategory(Element var);
 
 // Takes the labels of the categories as the variable's value labels, and the categories where these
-// are more. Returns whether a label was passed over because its value is longer than the string.
-bool TakeValueLabels(const std::vector<CategoryReading>& categories, Variable& variable,
-                     TextArena& texts);
+// are more.
+void TakeValueLabels(const std::vector<CategoryReading>& categories, Variable& variable,
+                     LabelReader& labels, TextArena& texts);
 
 // Edits the categories of a var so that their labels and their missing flags read as the
-// variable's, as far as they have changed. Returns the bytes of the longest value that then stands
-// in a category.
-std::size_t WriteCategories(Element var, const Variable& read, const Variable& now,
-                            PropertySet changed, Editor& editor);
+// variable's, as far as they have changed.
+void WriteCategories(Element var, const Variable& now, PropertySet changed,
+                     const Languages& languages, Editor& editor);
 
 // Adds the categories of a variable to a new var.
-void AddCategories(const Variable& variable, NewElement& var);
+void AddCategories(const Variable& variable, const Languages& languages, NewElement& var);
 
 // A value as it is written.
 std::string ValueText(const ValueLabel& value, bool isNumeric);
+
+// The single missing values of a variable of the type, for look-ups: pairs without labels.
+ValueLabels SinglesOf(const MissingValues& missing, int type);
 
 }  // namespace velahost

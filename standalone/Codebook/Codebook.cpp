@@ -3,6 +3,8 @@
 #include <iterator>
 #include <utility>
 
+#include "standalone/Codebook/Elements.h"
+
 namespace velahost {
 namespace {
 
@@ -45,6 +47,17 @@ void Reading::Append(Reading&& next) {
   AppendItems(variables, std::move(next.variables), before);
   AppendItems(groups, std::move(next.groups), before);
   for (const ElementPlace place : next.open) open.push_back(before + place);
+  if (!labelLanguage) labelLanguage = std::move(next.labelLanguage);
+  languages.hasOldName |= next.languages.hasOldName;
+}
+
+Element Codebook::DescriptionAround(Element child) const {
+  for (const Element description : document.Root().All(element::dataDscr)) {
+    const bool isAround =
+        !child || (description.Begin() < child.Begin() && child.End() <= description.End());
+    if (isAround) return description;
+  }
+  return {};
 }
 
 }  // namespace velahost

@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "standalone/Codebook/FileDescription.h"
+#include "standalone/Codebook/Labels.h"
 #include "standalone/Codebook/Sets.h"
 #include "standalone/Codebook/Variables.h"
 #include "standalone/Xml/Document.h"
@@ -31,6 +33,7 @@ struct Reading {
   };
   struct Group {
     ElementPlace place;
+    Namespaces::Scope scope;  // around the varGrp
     GroupReading group;
   };
   // Where an element ends that began in another part, and how many elements of this part stand
@@ -45,6 +48,9 @@ struct Reading {
   std::vector<File> files;
   std::vector<Variable> variables;
   std::vector<Group> groups;
+  // The language of the first label of a variable; nothing where there is none.
+  std::optional<std::string> labelLanguage;
+  Languages languages;
   // The elements that begin here and do not end here, outermost first.
   std::vector<ElementPlace> open;
   // The ends of elements that do not begin here, innermost first.
@@ -70,18 +76,25 @@ class Codebook {
     bool weights = false;  // wgt="wgt"
   };
   struct Group {
-    Element element;  // a varGrp
+    Element element;                                   // a varGrp
+    Namespaces::Scope scope = Namespaces::kOutermost;  // around it
     GroupReading reading;
-    std::size_t file = 0;
+    bool isOfFile = false;  // it belongs to the data file that was opened
   };
 
   Codebook(std::string documentPath, Bytes bytes, Encoding encoding, Namespaces namespaces,
-           std::vector<ElementExtent> elements)
+           std::vector<ElementExtent> elements, Languages ofLabels)
       : path(std::move(documentPath)),
-        document(std::move(bytes), encoding, std::move(namespaces), std::move(elements)) {}
+        document(std::move(bytes), encoding, std::move(namespaces), std::move(elements)),
+        languages(std::move(ofLabels)) {}
+
+  // The dataDscr that a variable or group stands in; of a null element the first, null if there is
+  // none.
+  Element DescriptionAround(Element child) const;
 
   const std::string path;
   const Document document;
+  const Languages languages;
   std::vector<File> files;
   std::vector<Variable> variables;
   std::vector<Group> groups;

@@ -10,56 +10,16 @@ namespace {
 using namespace element;
 
 // In the order of the enumeration.
-constexpr std::array<std::string_view, 50> kNames = {"anlysUnit",
-                                                     "catgry",
-                                                     "catgryGrp",
-                                                     "catLevel",
-                                                     "catStat",
-                                                     "catValu",
-                                                     "codeBook",
-                                                     "codInstr",
-                                                     "concept",
-                                                     "dataDscr",
-                                                     "dataFingerprint",
-                                                     "defntn",
-                                                     "derivation",
-                                                     "docDscr",
-                                                     "embargo",
-                                                     "fileCitation",
-                                                     "fileCont",
-                                                     "fileDscr",
-                                                     "fileName",
-                                                     "fileStrc",
-                                                     "fileTxt",
-                                                     "geoMap",
-                                                     "imputation",
-                                                     "invalrng",
-                                                     "item",
-                                                     "labl",
-                                                     "Link",
-                                                     "location",
-                                                     "locMap",
-                                                     "mrow",
-                                                     "nCube",
-                                                     "nCubeGrp",
-                                                     "notes",
-                                                     "otherMat",
-                                                     "qstn",
-                                                     "range",
-                                                     "respUnit",
-                                                     "security",
-                                                     "stdCatgry",
-                                                     "stdyDscr",
-                                                     "sumStat",
-                                                     "TotlResp",
-                                                     "txt",
-                                                     "undocCod",
-                                                     "universe",
-                                                     "valrng",
-                                                     "var",
-                                                     "varFormat",
-                                                     "varGrp",
-                                                     "verStmt"};
+constexpr std::array<std::string_view, 51> kNames = {
+    "anlysUnit",  "catgry",   "catgryGrp", "catLevel",     "catStat",         "catValu",
+    "codeBook",   "codInstr", "concept",   "dataDscr",     "dataFingerprint", "defntn",
+    "derivation", "docDscr",  "embargo",   "fileCitation", "fileCont",        "fileDscr",
+    "fileName",   "fileStrc", "fileTxt",   "geoMap",       "imputation",      "invalrng",
+    "item",       "key",      "labl",      "Link",         "location",        "locMap",
+    "mrow",       "nCube",    "nCubeGrp",  "notes",        "otherMat",        "qstn",
+    "range",      "respUnit", "security",  "stdCatgry",    "stdyDscr",        "sumStat",
+    "TotlResp",   "txt",      "undocCod",  "universe",     "valrng",          "var",
+    "varFormat",  "varGrp",   "verStmt"};
 static_assert(verStmt == kFirstElement + kNames.size() - 1);
 
 constexpr std::array<std::string_view, 2> kNamespaces = {"ddi:codebook:",
@@ -76,6 +36,7 @@ constexpr std::array<ElementName, 3> kFileDscrOrder = {fileTxt, locMap, notes};
 constexpr std::array<ElementName, 5> kFileTxtOrder = {fileName, fileCitation, dataFingerprint,
                                                       fileCont, fileStrc};
 constexpr std::array<ElementName, 5> kDataDscrOrder = {varGrp, nCubeGrp, var, nCube, notes};
+constexpr std::array<ElementName, 4> kInvalrngOrder = {range, item, key, notes};
 constexpr std::array<ElementName, 6> kVarGrpOrder = {labl, txt, concept_, defntn, universe, notes};
 
 class DdiCodebook final : public Vocabulary {
@@ -96,6 +57,8 @@ class DdiCodebook final : public Vocabulary {
         return kFileTxtOrder;
       case dataDscr:
         return kDataDscrOrder;
+      case invalrng:
+        return kInvalrngOrder;
       case varGrp:
         return kVarGrpOrder;
       default:

@@ -32,6 +32,7 @@ enum : ElementName {
   imputation,
   invalrng,
   item,
+  key,
   labl,
   Link,
   location,

@@ -5,6 +5,7 @@
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Codebook/Notes.h"
 #include "standalone/Text/Utf8.h"
+#include "standalone/Xml/Markup.h"
 
 namespace velahost {
 namespace {
@@ -32,10 +33,12 @@ std::string LinesOf(Element note) {
   return lines;
 }
 
-// The fileCont that holds the file label; null if there is none.
-Element FindFileCont(Element fileDscr) {
+// The first fileCont with or without text; null if there is none.
+Element FindFileCont(Element fileDscr, bool hasText) {
   for (const Element fileTxt : fileDscr.All(element::fileTxt)) {
-    if (const Element fileCont = fileTxt.Child(element::fileCont)) return fileCont;
+    for (const Element fileCont : fileTxt.All(element::fileCont)) {
+      if (HasText(fileCont.Content()) == hasText) return fileCont;
+    }
   }
   return {};
 }
@@ -52,8 +55,11 @@ NewElement NewFileTxt(const Text& label) {
   return {.element = element::fileTxt, .children = {NewFileCont(label)}};
 }
 
+// A placeholder without text is filled.
 void WriteLabel(Element fileDscr, const Text& label, Editor& editor) {
-  if (const Element fileCont = FindFileCont(fileDscr)) {
+  Element fileCont = FindFileCont(fileDscr, true);
+  if (!fileCont) fileCont = FindFileCont(fileDscr, false);
+  if (fileCont) {
     editor.SetText(fileCont, label);
   } else if (const Element fileTxt = fileDscr.Child(element::fileTxt)) {
     editor.Insert(fileTxt, NewFileCont(label));
@@ -66,7 +72,7 @@ void WriteLabel(Element fileDscr, const Text& label, Editor& editor) {
 
 FileReading ReadFileDescription(Element fileDscr, TextArena& texts) {
   FileReading reading;
-  if (const Element fileCont = FindFileCont(fileDscr)) {
+  if (const Element fileCont = FindFileCont(fileDscr, true)) {
     reading.label = texts.AddCollapsed(fileCont.Text());
   }
   for (const Element note : FindDocuments(fileDscr)) {

@@ -1,8 +1,11 @@
 #include "standalone/Codebook/Formats.h"
 
 #include <algorithm>
-#include <limits>
+#include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "standalone/Codebook/Categories.h"
 #include "standalone/Codebook/Elements.h"
@@ -14,98 +17,127 @@
 namespace velahost {
 namespace {
 
-std::optional<int> StatedLocationWidth(Element var) {
-  const MarkupText width = var.Child(element::location).Attribute("width");
-  return ReadInteger(Trim(width), kLeastWidth, kMostWidth);
-}
+// Where a print format stands.
+enum class Place { Nowhere, Attribute, Text, Note };
 
-std::optional<Format> StatedFormat(Element var, TextArena& texts) {
-  return ReadFormat(var.Child(element::varFormat).Attribute("formatname"), texts);
-}
+struct StatedFormat {
+  Format format;
+  Place place = Place::Nowhere;
+};
 
-// The width that location/@width or varFormat/@formatname says for a string.
-std::optional<int> StatedStringWidth(Element var) {
-  if (const auto width = StatedLocationWidth(var)) return width;
-  TextArena texts;
-  const auto format = StatedFormat(var, texts);
-  return format ? format->StringWidth() : std::nullopt;
-}
-
-// The width of a string that states none.
-int WidthOf(std::size_t longestValue) {
-  if (longestValue == 0) return kDefaultWidth;
-  return static_cast<int>(std::min<std::size_t>(longestValue, kMostWidth));
-}
-
-Format ReadPrintFormat(Element var, int type, TextArena& texts) {
-  if (const auto format = FormatFor(StatedFormat(var, texts), type)) return *format;
-  static const Text plain("F");
-  const auto decimals =
-      ReadInteger(Trim(var.Attribute("dcml")), 0, std::numeric_limits<short>::max());
-  return {plain, StatedLocationWidth(var).value_or(kDefaultWidth), decimals.value_or(0)};
-}
-
-std::optional<std::string> WriteFormatNote(const Variable& variable) {
-  if (variable.write == variable.print) return std::nullopt;
-  return TextOf(variable.write);
-}
-
-// Whether a width that is read off the values would be another with the values as they will be.
-bool WouldChangeWidth(Element var, const Variable& now, PropertySet changed,
-                      std::size_t longestCategory) {
-  if (now.IsNumeric() || StatedStringWidth(var)) return false;
-  std::size_t longest = longestCategory;
-  if (changed.Has(Property::Missing)) {
-    for (const Text& value : now.missing.strings) longest = std::max(longest, value.Size());
-  } else {
-    longest = std::max(longest, LongestMissing(var));
+// The print format that a var states, in the first place that has one which numbers or strings can
+// have.
+StatedFormat ReadPrint(Element var, Element varFormat, bool isString, TextArena& texts) {
+  const auto fits = [isString](const std::optional<Format>& format) {
+    return format && format->IsOfStrings() == isString;
+  };
+  if (const Element note = FindNote(var, kPrintFormatNote)) {
+    if (const auto format = ReadFormat(note.Text(), texts); fits(format))
+      return {*format, Place::Note};
   }
-  const std::size_t width = longest == 0 ? kDefaultWidth : longest;
-  return width != static_cast<std::size_t>(now.type);
+  if (const auto format = ReadFormat(varFormat.Attribute("formatname"), texts); fits(format)) {
+    return {*format, Place::Attribute};
+  }
+  if (const auto format = ReadFormat(varFormat.Text(), texts); fits(format)) {
+    return {*format, Place::Text};
+  }
+  return {};
+}
+
+std::optional<Format> ReadWrite(Element var, TextArena& texts) {
+  const Element note = FindNote(var, kWriteFormatNote);
+  return note ? ReadFormat(note.Text(), texts) : std::nullopt;
+}
+
+bool IsString(Element varFormat) { return varFormat.Attribute("type").View() == "character"; }
+
+// What a string counts as that states no width.
+int UnstatedWidth(Element var) {
+  const std::size_t longest = std::max(LongestCategory(var), LongestMissing(var));
+  return static_cast<int>(std::clamp<std::size_t>(longest, kDefaultWidth, kMostWidth));
+}
+
+// What the note of the write format must say: nothing where it would say the print format.
+std::optional<std::string> WriteFormatNote(const Variable& variable) {
+  if (!variable.write || variable.write == variable.print) return std::nullopt;
+  return TextOf(*variable.write);
+}
+
+// Whether a text is empty, or spells a format.
+bool IsFreeForFormat(std::string_view text, TextArena& texts) {
+  return Trim(text).empty() || ReadFormat(text, texts);
+}
+
+void WritePrint(Element var, const Variable& now, Editor& editor) {
+  if (!now.print) return;  // a format is set, and never taken away
+  const std::string text = TextOf(*now.print);
+  const Element varFormat = var.Child(element::varFormat);
+  if (!varFormat) {
+    editor.Insert(var, {.element = element::varFormat,
+                        .attributes = {{"type", now.IsNumeric() ? "numeric" : "character"},
+                                       {"formatname", text}}});
+    return;
+  }
+  TextArena texts;
+  const StatedFormat stated = ReadPrint(var, varFormat, IsString(varFormat), texts);
+  const MarkupText name = varFormat.Attribute("formatname");
+  Place place = stated.place;
+  if (place == Place::Nowhere) {
+    place = IsFreeForFormat(name, texts)               ? Place::Attribute
+            : IsFreeForFormat(varFormat.Text(), texts) ? Place::Text
+                                                       : Place::Note;
+  }
+  switch (place) {
+    case Place::Attribute:
+      return editor.SetAttribute(varFormat, "formatname", text);
+    case Place::Text:
+      editor.SetText(varFormat, text);
+      // Some say the letters alone in the attribute, and the whole format in the text.
+      if (stated.place == Place::Text && UpperCase(Trim(name)) == stated.format.letters.View()) {
+        editor.SetAttribute(varFormat, "formatname", now.print->letters);
+      }
+      return;
+    default:
+      WriteNote(var, kPrintFormatNote, text, editor);
+  }
 }
 
 }  // namespace
 
-int ReadType(Element var) {
-  const Element varFormat = var.Child(element::varFormat);
-  if (varFormat.Attribute("type").View() != "character") return 0;
-  if (const auto stated = StatedStringWidth(var)) return *stated;
-  return WidthOf(std::max(LongestCategory(var), LongestMissing(var)));
-}
-
 void ReadFormats(Element var, Variable& variable, TextArena& texts) {
-  variable.print = ReadPrintFormat(var, variable.type, texts);
-  variable.write = variable.print;
-  const Element note = FindNote(var, kWriteFormatNote);
-  if (!note) return;
-  const auto stated = ReadFormat(note.Text(), texts);
-  if (!stated) return;
-  variable.write = FormatFor(stated, variable.type).value_or(variable.print);
+  const Element varFormat = var.Child(element::varFormat);
+  const bool isString = IsString(varFormat);
+  const StatedFormat stated = ReadPrint(var, varFormat, isString, texts);
+  std::optional<Format> print;
+  if (stated.place != Place::Nowhere) print = stated.format;
+  std::optional<Format> write = ReadWrite(var, texts);
+  if (isString) {
+    auto width =
+        ReadInteger(Trim(var.Child(element::location).Attribute("width")), kLeastWidth, kMostWidth);
+    if (!width && print) width = print->StringWidth();
+    if (!width && write) width = write->StringWidth();
+    variable.hasStatedWidth = width.has_value();
+    variable.type = width ? *width : UnstatedWidth(var);
+  }
+  // Where the width is not stated, nothing states a format of strings, but for a HEX of odd width.
+  const bool hasFormats = !isString || variable.hasStatedWidth;
+  if (hasFormats) variable.print = FormatFor(print, variable.type);
+  if (hasFormats) variable.write = FormatFor(write, variable.type);
+  if (!variable.write) variable.write = variable.print;
 }
 
-void WriteFormats(Element var, const Variable& now, PropertySet changed,
-                  std::optional<std::size_t> longestCategory, Editor& editor) {
-  const bool writesPrint = changed.Has(Property::Print);
-  if (writesPrint || (longestCategory && WouldChangeWidth(var, now, changed, *longestCategory))) {
-    const std::string name = TextOf(now.print);
-    if (const Element varFormat = var.Child(element::varFormat)) {
-      editor.SetAttribute(varFormat, "formatname", name);
-    } else {
-      NewElement added{.element = element::varFormat};
-      added.attributes = {{"type", now.IsNumeric() ? "numeric" : "character"},
-                          {"formatname", name}};
-      editor.Insert(var, added);
-    }
-  }
-  if (writesPrint || changed.Has(Property::Write)) {
+void WriteFormats(Element var, const Variable& now, PropertySet changed, Editor& editor) {
+  if (changed.Has(Property::Print)) WritePrint(var, now, editor);
+  if (changed.Has(Property::Print) || changed.Has(Property::Write)) {
     WriteNote(var, kWriteFormatNote, WriteFormatNote(now), editor);
   }
 }
 
 void AddFormats(const Variable& variable, NewElement& var) {
-  var.children.push_back({.element = element::varFormat,
-                          .attributes = {{"type", variable.IsNumeric() ? "numeric" : "character"},
-                                         {"formatname", TextOf(variable.print)}}});
+  NewElement varFormat{.element = element::varFormat};
+  varFormat.attributes = {{"type", variable.IsNumeric() ? "numeric" : "character"}};
+  if (variable.print) varFormat.attributes.emplace_back("formatname", TextOf(*variable.print));
+  var.children.push_back(std::move(varFormat));
   if (const auto note = WriteFormatNote(variable)) {
     var.children.push_back(NewNote(element::var, kWriteFormatNote, *note));
   }

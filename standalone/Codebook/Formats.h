@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <optional>
-
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Dictionary/Variable.h"
 #include "standalone/Text/Text.h"
@@ -11,24 +8,18 @@
 #include "standalone/Xml/NewElement.h"
 
 // The type of a variable, the width of a string, and the print and write formats: varFormat,
-// location/@width, @dcml, and the note of the write format.
+// location/@width, and the notes of the formats.
 
 namespace velahost {
 
-// The type of a var: 0 for a number; for a string its width in bytes, which is the length of its
-// longest value where none is stated.
-int ReadType(Element var);
-
-// Reads the print and the write format of a var into a variable whose type has been read.
+// Reads the type of a var, with the width of a string, and its formats. A string whose width is not
+// stated counts as kDefaultWidth, or as long as its longest category or missing value.
 void ReadFormats(Element var, Variable& variable, TextArena& texts);
 
-// Edits a var so that its formats read as the variable's. longestCategory is the longest value of
-// its categories as they will be, if these are written: where it would change a width that is not
-// stated, the format is written too.
-void WriteFormats(Element var, const Variable& now, PropertySet changed,
-                  std::optional<std::size_t> longestCategory, Editor& editor);
+// Edits a var so that its formats read as the variable's.
+void WriteFormats(Element var, const Variable& now, PropertySet changed, Editor& editor);
 
-// Adds the formats of a variable to a new var.
+// Adds the type and the formats of a variable to a new var.
 void AddFormats(const Variable& variable, NewElement& var);
 
 }  // namespace velahost

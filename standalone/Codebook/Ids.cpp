@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <functional>
 #include <utility>
 
+#include "standalone/Codebook/Codebook.h"
 #include "standalone/Text/Tokens.h"
 #include "standalone/Text/Utf8.h"
 #include "standalone/Xml/Markup.h"
@@ -67,10 +69,116 @@ std::string IdFrom(std::string_view name) {
   return id.empty() ? "V" : id;
 }
 
+// An element's ID and name.
+struct Named {
+  std::string id;
+  std::string name;
+};
+
+// The last two elements of the kind that have an ID, the last one first.
+std::vector<Named> LastNamed(const Codebook& codebook, IdKind kind) {
+  std::vector<Named> named;
+  const auto add = [&named](const Text& id, std::string name) {
+    if (!id.Empty()) named.push_back({id.String(), std::move(name)});
+    return named.size() == 2;
+  };
+  if (kind == IdKind::Variable) {
+    for (auto i = codebook.variables.rbegin(); i != codebook.variables.rend(); ++i) {
+      if (add(i->id, Collapse(i->element.Attribute("name")))) break;
+    }
+  } else {
+    for (auto i = codebook.groups.rbegin(); i != codebook.groups.rend(); ++i) {
+      if (add(i->reading.id, i->reading.set.name.String())) break;
+    }
+  }
+  return named;
+}
+
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// More digits do not fit into a number that can be counted on.
+constexpr std::size_t kMostDigits = 18;
+
+// Where a number stands in a text.
+struct NumberPlace {
+  std::size_t begin;
+  std::size_t end;
+};
+
+// The number around a position where two texts differ.
+NumberPlace NumberAround(std::string_view text, std::size_t position) {
+  NumberPlace place{position, position};
+  while (place.begin > 0 && IsDigit(text[place.begin - 1])) --place.begin;
+  while (place.end < text.size() && IsDigit(text[place.end])) ++place.end;
+  return place;
+}
+
+// The number in which an ID differs from the one before it, if in that alone; else the number at
+// its end.
+std::optional<NumberPlace> NumberIn(std::string_view id, std::string_view before) {
+  const auto isUsable = [](const NumberPlace& place) {
+    return place.begin < place.end && place.end - place.begin <= kMostDigits;
+  };
+  if (!before.empty()) {
+    const auto differing = static_cast<std::size_t>(
+        std::mismatch(id.begin(), id.end(), before.begin(), before.end()).first - id.begin());
+    const NumberPlace here = NumberAround(id, differing);
+    const NumberPlace there = NumberAround(before, differing);
+    const bool differsInNumber = isUsable(here) && isUsable(there) && id != before &&
+                                 id.substr(here.end) == before.substr(there.end);
+    if (differsInNumber) return here;
+  }
+  const NumberPlace atEnd = NumberAround(id, id.size());
+  return isUsable(atEnd) ? std::optional(atEnd) : std::nullopt;
+}
+
+// The number that an ID has between two texts; 0 if it is not of that form.
+std::uint64_t NumberBetween(std::string_view id, std::string_view before, std::string_view after) {
+  if (id.size() <= before.size() + after.size()) return 0;
+  if (!id.starts_with(before) || !id.ends_with(after)) return 0;
+  const std::string_view digits =
+      id.substr(before.size(), id.size() - before.size() - after.size());
+  if (digits.size() > kMostDigits || !std::all_of(digits.begin(), digits.end(), IsDigit)) return 0;
+  std::uint64_t number = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  return number;
+}
+
 }  // namespace
 
-std::string DocumentIds::Make(std::string_view name) {
+std::string DocumentIds::Make(IdKind kind, std::string_view name) {
   if (!isCollected_) Collect();
+  std::optional<Habit>& habit = habits_[static_cast<std::size_t>(kind)];
+  if (!habit) habit = HabitOf(kind);
+  if (!*habit) return MakeFromName(name);
+  Numbering& numbering = **habit;
+  std::string id;
+  do {
+    std::string digits = std::to_string(++numbering.last);
+    if (digits.size() < numbering.digits) digits.insert(0, numbering.digits - digits.size(), '0');
+    id = numbering.before + digits + numbering.after;
+  } while (!ids_.insert(id).second);
+  return id;
+}
+
+DocumentIds::Habit DocumentIds::HabitOf(IdKind kind) const {
+  const std::vector<Named> last = LastNamed(codebook_, kind);
+  if (last.empty()) return Numbering{.before = kind == IdKind::Variable ? "V" : "VG", .after = ""};
+  const auto& [id, name] = last.front();
+  if (id == name || id == IdFrom(name)) return std::nullopt;
+  const auto number = NumberIn(id, last.size() > 1 ? last[1].id : "");
+  if (!number) return std::nullopt;
+  Numbering numbering{.before = id.substr(0, number->begin),
+                      .after = id.substr(number->end),
+                      .digits = number->end - number->begin};
+  for (const std::string& other : ids_) {
+    numbering.last =
+        std::max(numbering.last, NumberBetween(other, numbering.before, numbering.after));
+  }
+  return numbering;
+}
+
+std::string DocumentIds::MakeFromName(std::string_view name) {
   std::string base = IdFrom(name);
   if (ids_.insert(base).second) return base;
   int& number = lastNumbers_.try_emplace(base, 1).first->second;
@@ -85,7 +193,7 @@ void DocumentIds::Collect() {
   AttributeScan([this](const XmlStart& /*start*/, std::string_view name, std::string_view value) {
     if (!IsAmong(kIdAttributes, name)) return;
     for (std::string& id : SplitTokens(value)) ids_.insert(std::move(id));
-  }).Of(document_);
+  }).Of(codebook_.document);
   isCollected_ = true;
 }
 

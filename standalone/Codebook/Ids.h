@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -14,22 +17,41 @@
 
 namespace velahost {
 
+class Codebook;
+
+// The kinds of elements that are given IDs: var and varGrp.
+enum class IdKind : std::uint8_t { Variable, Set };
+
 // The IDs of a document, for new ones. The document is read through when the first is asked for.
 class DocumentIds {
  public:
-  // The document lives as long as this object.
-  explicit DocumentIds(const Document& document) : document_(document) {}
+  // The codebook lives as long as this object.
+  explicit DocumentIds(const Codebook& codebook) : codebook_(codebook) {}
 
-  // An ID made from a name that the document does not have, nor refers to.
-  std::string Make(std::string_view name);
+  // An ID for an element of that name that the document does not have, nor refers to. It is made as
+  // the document's last one of the kind is: from the name, or with the next number.
+  std::string Make(IdKind kind, std::string_view name);
 
  private:
-  void Collect();
+  // IDs that differ in a number alone.
+  struct Numbering {
+    std::string before;
+    std::string after;
+    std::size_t digits = 1;  // at least so many
+    std::uint64_t last = 0;
+  };
+  // How the document makes the IDs of a kind; nothing: from names.
+  using Habit = std::optional<Numbering>;
 
-  const Document& document_;
+  void Collect();
+  Habit HabitOf(IdKind kind) const;
+  std::string MakeFromName(std::string_view name);
+
+  const Codebook& codebook_;
   bool isCollected_ = false;
   std::unordered_set<std::string> ids_;
   std::unordered_map<std::string, int> lastNumbers_;  // after each name that was numbered
+  std::array<std::optional<Habit>, 2> habits_;        // by kind; found when they are asked for
 };
 
 // An attribute somewhere in a document that refers to sets, and what is left of it without some.

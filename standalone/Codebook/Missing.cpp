@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <set>
 #include <string_view>
 #include <utility>
 
+#include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Text/Numbers.h"
 #include "standalone/Text/Utf8.h"
@@ -13,74 +15,85 @@
 namespace velahost {
 namespace {
 
-constexpr std::size_t kMostSingles = 3;
-constexpr std::size_t kMostBesideRange = 1;
+// A value of a variable of the type that an item gives; nothing where it gives none.
+std::optional<ValueLabel> ValueOf(Element item, int type, TextArena& texts) {
+  const MarkupText value = item.Attribute("VALUE");
+  if (!value.IsThere()) return std::nullopt;
+  if (type > 0) return ValueLabel{0, texts.AddCollapsed(value), {}};
+  const auto number = ReadNumber(Trim(value));
+  if (!number) return std::nullopt;
+  return ValueLabel{*number, {}, {}};
+}
 
-// The missing values while they are read: at most what a variable can hold, or a failure.
+// The range of an element; nothing if it has a bound that no variable can have.
+std::optional<std::pair<double, double>> RangeOf(Element range) {
+  constexpr double kOpen = std::numeric_limits<double>::infinity();
+  const bool isExclusive =
+      range.Attribute("minExclusive").IsThere() || range.Attribute("maxExclusive").IsThere();
+  const MarkupText low = range.Attribute("min");
+  const MarkupText high = range.Attribute("max");
+  const auto lowNumber = low.IsThere() ? ReadNumber(Trim(low)) : -kOpen;
+  const auto highNumber = high.IsThere() ? ReadNumber(Trim(high)) : kOpen;
+  if (isExclusive || !lowNumber || !highNumber) return std::nullopt;
+  return std::pair(*lowNumber, *highNumber);
+}
+
+// The missing values while they are read.
 class MissingReader {
  public:
-  MissingReader(int type, TextArena& texts) : type_(type), texts_(texts) {}
+  explicit MissingReader(int type) : type_(type), seen_(type) {}
 
-  void AddText(std::string_view text) {
-    if (type_ > 0) {
-      if (text.size() > static_cast<std::size_t>(type_)) return Fail();
-      return AddString(texts_.Add(text));
-    }
-    const auto number = ReadNumber(text);
-    return number ? AddNumber(*number) : Fail();
+  void AddValue(const ValueLabel& value) {
+    const bool isTooLong = type_ > 0 && value.string.Size() > static_cast<std::size_t>(type_);
+    if (isTooLong) return Fail();
+    if (seen_.FindValueOf(value) == nullptr) seen_.Add({value.number, value.string, {}});
   }
-  void AddNumber(double number) { values_.numbers.push_back(number); }
-  void AddString(Text string) { values_.strings.push_back(std::move(string)); }
-  void AddRange(const MarkupText& low, const MarkupText& high) {
-    constexpr double kOpen = std::numeric_limits<double>::infinity();
-    const auto lowNumber = low.IsThere() ? ReadNumber(Trim(low)) : -kOpen;
-    const auto highNumber = high.IsThere() ? ReadNumber(Trim(high)) : kOpen;
-    if (type_ > 0 || values_.range || !lowNumber || !highNumber) return Fail();
-    values_.range = {*lowNumber, *highNumber};
+  void AddRange(Element element) {
+    const auto range = RangeOf(element);
+    if (!range || range_ || type_ > 0) return Fail();
+    range_ = range;
   }
   void Fail() { hasFailed_ = true; }
 
-  std::optional<MissingValues> Take() {
-    const std::size_t singles = values_.numbers.size() + values_.strings.size();
-    if (hasFailed_ || singles > (values_.range ? kMostBesideRange : kMostSingles)) {
-      return std::nullopt;
+  std::optional<MissingValues> Take() const {
+    if (hasFailed_) return std::nullopt;
+    MissingValues missing;
+    missing.range = range_;
+    for (const ValueLabel& value : seen_) {
+      if (type_ > 0) {
+        missing.strings.push_back(value.string);
+      } else {
+        missing.numbers.push_back(value.number);
+      }
     }
-    return std::move(values_);
+    return missing;
   }
 
  private:
   int type_;
-  TextArena& texts_;
   bool hasFailed_ = false;
-  MissingValues values_;
+  std::optional<std::pair<double, double>> range_;
+  ValueLabels seen_;  // the single values
 };
 
-void ReadInvalidRange(Element invalrng, MissingReader& reader) {
+void ReadInvalidRange(Element invalrng, int type, MissingReader& reader, TextArena& texts) {
   for (const Element child : invalrng.All()) {
-    if (child.Name() == element::item) {
-      const MarkupText value = child.Attribute("VALUE");
-      value.IsThere() ? reader.AddText(Collapse(value)) : reader.Fail();
-    } else if (child.Name() == element::range) {
-      if (child.Attribute("minExclusive").IsThere() || child.Attribute("maxExclusive").IsThere()) {
-        reader.Fail();
-      }
-      reader.AddRange(child.Attribute("min"), child.Attribute("max"));
+    if (child.Name() == element::range) {
+      reader.AddRange(child);
+    } else if (child.Name() == element::item) {
+      if (const auto value = ValueOf(child, type, texts)) reader.AddValue(*value);
     }
   }
 }
 
 void ReadFlagged(const std::vector<CategoryReading>& categories, int type, MissingReader& reader) {
-  std::vector<ValueLabel> seen;
   for (const CategoryReading& category : categories) {
     if (!category.isFlagged || !category.hasValue) continue;
-    if (!category.fits) return reader.Fail();
-    const ValueLabel value = category.Value();
-    const bool isRepeated = std::any_of(
-        seen.begin(), seen.end(), [&](const ValueLabel& other) { return other.HasValueOf(value); });
-    if (isRepeated) continue;
-    if (seen.size() == kMostSingles) return reader.Fail();
-    seen.push_back(value);
-    type > 0 ? reader.AddString(category.string) : reader.AddNumber(category.number);
+    if (category.fits) {
+      reader.AddValue(category.Value());
+    } else if (type > 0) {
+      reader.Fail();
+    }
   }
 }
 
@@ -88,32 +101,103 @@ NewElement NewItem(std::string value) {
   return {.element = element::item, .attributes = {{"VALUE", std::move(value)}}};
 }
 
-NewElement NewInvalidRange(const MissingValues& missing) {
-  NewElement invalrng{.element = element::invalrng};
-  if (missing.range) {
-    NewElement range{.element = element::range};
-    const auto [low, high] = *missing.range;
-    if (std::isfinite(low)) range.attributes.emplace_back("min", WriteNumber(low));
-    if (std::isfinite(high)) range.attributes.emplace_back("max", WriteNumber(high));
-    invalrng.children.push_back(std::move(range));
-  }
-  for (const double number : missing.numbers) {
-    invalrng.children.push_back(NewItem(WriteNumber(number)));
-  }
-  for (const Text& string : missing.strings) {
-    invalrng.children.push_back(NewItem(string.String()));
-  }
-  return invalrng;
+NewElement NewRange(const std::pair<double, double>& bounds) {
+  NewElement range{.element = element::range};
+  const auto [low, high] = bounds;
+  if (std::isfinite(low)) range.attributes.emplace_back("min", WriteNumber(low));
+  if (std::isfinite(high)) range.attributes.emplace_back("max", WriteNumber(high));
+  return range;
 }
+
+// The range and the items of the missing values, except those that are in `written`.
+std::vector<NewElement> NewMissing(const MissingValues& missing, int type, bool isRangeWritten,
+                                   const ValueLabels& written) {
+  std::vector<NewElement> added;
+  if (missing.range && !isRangeWritten) added.push_back(NewRange(*missing.range));
+  for (const ValueLabel& value : SinglesOf(missing, type)) {
+    if (written.FindValueOf(value) == nullptr)
+      added.push_back(NewItem(ValueText(value, type == 0)));
+  }
+  return added;
+}
+
+// Edits the invalrng elements of one var.
+class MissingWriter {
+ public:
+  MissingWriter(Element var, const Variable& now, Editor& editor)
+      : var_(var),
+        now_(now),
+        editor_(editor),
+        wanted_(SinglesOf(now.missing, now.type)),
+        written_(now.type) {}
+
+  void Write() {
+    for (const Element invalrng : var_.All(element::invalrng)) WriteRangesAndItems(invalrng);
+    const std::vector<NewElement> added =
+        NewMissing(now_.missing, now_.type, isRangeWritten_, written_);
+    Element first = var_.Child(element::invalrng);
+    for (const Element invalrng : var_.All(element::invalrng)) {
+      if (invalrng == first && !added.empty()) continue;
+      if (emptied_.contains(invalrng.Begin())) editor_.Remove(invalrng);
+    }
+    if (added.empty()) return;
+    if (!first) {
+      editor_.Insert(var_, {.element = element::invalrng, .children = added});
+      return;
+    }
+    for (const NewElement& child : added) editor_.Insert(first, child);
+  }
+
+ private:
+  // Takes out what is no longer missing, or stands there twice.
+  void WriteRangesAndItems(Element invalrng) {
+    bool staysAny = false;
+    bool goesAny = false;
+    TextArena texts;
+    for (const Element child : invalrng.All()) {
+      const bool stays = Stays(child, texts);
+      staysAny |= stays;
+      goesAny |= !stays;
+      if (!stays) editor_.Remove(child);
+    }
+    if (goesAny && !staysAny) emptied_.insert(invalrng.Begin());
+  }
+
+  bool Stays(Element child, TextArena& texts) {
+    if (child.Name() == element::range) {
+      const auto range = RangeOf(child);
+      if (!range || range != now_.missing.range || isRangeWritten_) return false;
+      isRangeWritten_ = true;
+      return true;
+    }
+    if (child.Name() != element::item) return true;
+    const auto value = ValueOf(child, now_.type, texts);
+    if (!value) return true;
+    if (wanted_.FindValueOf(*value) == nullptr || written_.FindValueOf(*value) != nullptr) {
+      return false;
+    }
+    written_.Add(*value);
+    return true;
+  }
+
+  const Element var_;
+  const Variable& now_;
+  Editor& editor_;
+  const ValueLabels wanted_;
+  ValueLabels written_;  // the items that stay
+  bool isRangeWritten_ = false;
+  std::set<std::size_t> emptied_;  // the invalrng elements in which nothing stays, by their begin
+};
 
 }  // namespace
 
 std::optional<MissingValues> ReadMissing(Element var, int type,
                                          const std::vector<CategoryReading>& categories,
                                          TextArena& texts) {
-  MissingReader reader(type, texts);
-  if (!var.Child(element::invalrng)) ReadFlagged(categories, type, reader);
-  for (const Element invalrng : var.All(element::invalrng)) ReadInvalidRange(invalrng, reader);
+  MissingReader reader(type);
+  const auto all = var.All(element::invalrng);
+  if (all.begin() == all.end()) ReadFlagged(categories, type, reader);
+  for (const Element invalrng : all) ReadInvalidRange(invalrng, type, reader, texts);
   return reader.Take();
 }
 
@@ -128,21 +212,34 @@ std::size_t LongestMissing(Element var) {
 }
 
 void WriteMissing(Element var, const Variable& now, Editor& editor) {
-  const Element first = var.Child(element::invalrng);
-  for (const Element invalrng : var.All(element::invalrng)) {
-    if (invalrng != first) editor.Remove(invalrng);
-  }
-  if (now.missing.Empty()) {
-    if (first) editor.Remove(first);
-  } else if (first) {
-    editor.Replace(first, NewInvalidRange(now.missing));
-  } else {
-    editor.Insert(var, NewInvalidRange(now.missing));
-  }
+  MissingWriter(var, now, editor).Write();
+}
+
+MissingValues InDocumentOrder(const Variable& read, const MissingValues& missing) {
+  if (read.missing.Empty()) return missing;
+  MissingValues ordered;
+  ordered.range = missing.range;
+  ValueLabels taken(read.type);
+  const ValueLabels wanted = SinglesOf(missing, read.type);
+  const auto take = [&](const ValueLabel& value) {
+    if (wanted.FindValueOf(value) == nullptr || taken.FindValueOf(value) != nullptr) return;
+    taken.Add(value);
+    if (read.IsNumeric()) {
+      ordered.numbers.push_back(value.number);
+    } else {
+      ordered.strings.push_back(value.string);
+    }
+  };
+  for (const ValueLabel& value : SinglesOf(read.missing, read.type)) take(value);
+  for (const ValueLabel& value : wanted) take(value);
+  return ordered;
 }
 
 void AddMissing(const Variable& variable, NewElement& var) {
-  if (!variable.missing.Empty()) var.children.push_back(NewInvalidRange(variable.missing));
+  if (variable.missing.Empty()) return;
+  var.children.push_back(
+      {.element = element::invalrng,
+       .children = NewMissing(variable.missing, variable.type, false, ValueLabels(variable.type))});
 }
 
 }  // namespace velahost

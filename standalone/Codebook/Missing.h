@@ -17,8 +17,10 @@
 
 namespace velahost {
 
-// The missing values of a var of that type; nothing if they are more or others than a variable can
-// have.
+// The missing values of a var of that type. What is no value of the variable, such as a code for
+// values that the system made missing, is passed over. Nothing if there is what no variable of the
+// type can have: two ranges, a range of strings, a bound that is no number or is excluded, a value
+// longer than the string.
 std::optional<MissingValues> ReadMissing(Element var, int type,
                                          const std::vector<CategoryReading>& categories,
                                          TextArena& texts);
@@ -26,7 +28,8 @@ std::optional<MissingValues> ReadMissing(Element var, int type,
 // The bytes of the longest value among the items of invalrng.
 std::size_t LongestMissing(Element var);
 
-// Edits the invalrng elements of a var so that they read as the variable's missing values.
+// Edits the invalrng elements of a var so that they read as the variable's missing values. What is
+// passed over stays, and what else is in them.
 void WriteMissing(Element var, const Variable& now, Editor& editor);
 
 // Adds the missing values of a variable to a new var.

@@ -16,6 +16,11 @@ NewElement NewAttributeNote(ElementName parent, const Text& name, const Text& va
   return note;
 }
 
+std::string LevelOf(ElementName parent) {
+  if (parent == element::fileDscr) return "file";
+  return parent == element::varGrp ? "varGrp" : "variable";
+}
+
 // The name of the attribute that a note holds a value of; empty for any other note.
 std::string AttributeNameIn(Element note) {
   if (note.Attribute("type").View() != kAttributeNote) return {};
@@ -35,8 +40,7 @@ Element FindNote(Element parent, std::string_view type) {
 
 NewElement NewNote(ElementName parent, std::string_view type, std::string text) {
   return {.element = element::notes,
-          .attributes = {{"type", std::string(type)},
-                         {"level", parent == element::fileDscr ? "file" : "variable"}},
+          .attributes = {{"type", std::string(type)}, {"level", LevelOf(parent)}},
           .text = std::move(text)};
 }
 

@@ -15,12 +15,14 @@
 
 namespace velahost {
 
+inline constexpr std::string_view kPrintFormatNote = "VELA:printFormat";
 inline constexpr std::string_view kWriteFormatNote = "VELA:writeFormat";
 inline constexpr std::string_view kColumnWidthNote = "VELA:columnWidth";
 inline constexpr std::string_view kRoleNote = "VELA:role";
 inline constexpr std::string_view kAlignmentNote = "VELA:alignment";
 inline constexpr std::string_view kAttributeNote = "VELA:attribute";
 inline constexpr std::string_view kWeightNote = "VELA:weight";
+inline constexpr std::string_view kFileNote = "VELA:file";
 
 // The text of an element with every run of white space as one blank, as labels, names and values
 // are read.

@@ -1,8 +1,11 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <array>
+#include <set>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "standalone/Codebook/Codebook.h"
@@ -10,6 +13,7 @@
 #include "standalone/Codebook/Documentation.h"
 #include "standalone/Codebook/Parts.h"
 #include "standalone/Text/Tokens.h"
+#include "standalone/Text/Utf8.h"
 #include "standalone/Xml/Parser.h"
 
 namespace velahost {
@@ -26,9 +30,10 @@ std::pair<std::string, std::optional<std::string>> SplitSpecification(
   return {specification.substr(0, hash), specification.substr(hash + 1)};
 }
 
-DocumentReading ReadNamed(const std::string& path, std::string_view text, OpenFor use) {
+DocumentReading ReadNamed(const std::string& path, std::string_view text, OpenFor use,
+                          const std::optional<std::string>& language) {
   try {
-    return ReadDocument(text, use);
+    return ReadDocument(text, use, language);
   } catch (const XmlError& error) {
     throw FileError(path + ": " + error.what());
   }
@@ -80,29 +85,33 @@ class FileMembership {
     return files_.empty() ||
            std::binary_search(files_[variable].begin(), files_[variable].end(), file);
   }
-  // The first in the document of the variable's files.
-  std::size_t FirstFile(std::size_t variable) const {
-    return files_.empty() ? 0 : files_[variable].front();
-  }
 
  private:
   std::vector<std::vector<std::size_t>> files_;  // of each variable, sorted; empty: one file
 };
 
-// The variables that something was not read of, by name.
-class UnreadNames {
+// What was not taken into the dictionary: how often, and where first.
+class Unread {
  public:
-  void Add(std::string_view name) {
-    if (!names_.empty()) names_ += ", ";
-    names_ += name;
+  void Add(std::string_view where, std::size_t count = 1) {
+    constexpr std::size_t kFew = 3;
+    if (places_ < kFew) where_.append(places_ == 0 ? "" : ", ").append(where);
+    if (places_ == kFew) where_ += "...";
+    ++places_;
+    count_ += count;
   }
-  void Report(const std::string& text, const std::string& path,
-              std::vector<Message>& warnings) const {
-    if (!names_.empty()) warnings.push_back({text, {path, names_}});
+  // The text has placeholders for the path, for the count with its noun, and for where.
+  void Report(const std::string& text, const std::string& noun, const std::string& nouns,
+              const std::string& path, std::vector<Message>& warnings) const {
+    if (count_ == 0) return;
+    warnings.push_back(
+        {text, {path, std::to_string(count_) + " " + (count_ == 1 ? noun : nouns), where_}});
   }
 
  private:
-  std::string names_;
+  std::string where_;
+  std::size_t places_ = 0;
+  std::size_t count_ = 0;
 };
 
 // Opens one data file of a document that has been read.
@@ -111,25 +120,28 @@ class Opener {
   Opener(const std::string& path, std::string_view text, Reading& reading, std::size_t place)
       : path_(path), text_(text), reading_(reading), membership_(reading) {
     file_.path = path;
+    file_.language = reading.languages.run;
     file_.place = place;
   }
 
-  CodebookFile Open() {
+  CodebookFile Open(OpenFor use) {
     TakeVariables();
+    if (use == OpenFor::Reading) WarnOfLanguage();
     if (!reading_.files.empty()) TakeFileItems(reading_.files[file_.place].file);
     file_.dictionary.file.weight = ReadWeight();
     TakeSets();
     return std::move(file_);
   }
 
-  // The file that each group belongs to: that of its first member, else the first.
-  std::size_t FileOfGroup(std::size_t group) const { return fileOfGroup_[group]; }
+  // Whether each group belongs to the file.
+  const std::vector<bool>& GroupsOfFile() const { return groupsOfFile_; }
 
  private:
   void TakeVariables() {
-    UnreadNames missing;
-    UnreadNames categories;
-    UnreadNames nameless;
+    Unread missing;
+    Unread tooLong;
+    Unread valueless;
+    Unread nameless;
     LineCounter lines(text_);
     file_.names.Reserve(reading_.variables.size());
     file_.dictionary.variables.reserve(reading_.variables.size());
@@ -144,17 +156,52 @@ class Opener {
       }
       const int column = file_.names.FindUpperCase(read.variable->upperCaseName);
       if (column >= 0) RefuseRepeatedName(static_cast<std::size_t>(column), i);
-      if (read.missingNotRead) missing.Add(name);
-      if (read.longCategoriesNotRead) categories.Add(name);
+      if (read.hasOtherMissing) missing.Add(name);
+      if (read.hasTooLongCategory) tooLong.Add(name);
+      if (read.valuelessCategories > 0) valueless.Add(name, read.valuelessCategories);
       file_.names.Add(*read.variable);
       file_.variablePlaces.push_back(i);
       file_.dictionary.variables.push_back(std::move(read.variable));
     }
-    missing.Report("^1: Missing values not read, more or others than a variable can have\\: ^2...",
-                   path_, file_.warnings);
-    categories.Report("^1: Value labels not read, values longer than the variable\\: ^2...", path_,
-                      file_.warnings);
-    nameless.Report("^1: Variables without a name not read, on line ^2...", path_, file_.warnings);
+    missing.Report(
+        "^1: ^2 with missing values that a variable cannot have (^3)\\: a second range, a range of "
+        "strings, a bound that is excluded or no number, or a value longer than the string. They "
+        "stay in the file and count as none. Write them as single values and one range...",
+        "variable", "variables", path_, file_.warnings);
+    tooLong.Report(
+        "^1: ^2 with labels for values that are longer than the variable (^3). These labels stay "
+        "in "
+        "the file and do not count. Shorten the values, or widen the variable...",
+        "variable", "variables", path_, file_.warnings);
+    valueless.Report(
+        "^1: ^2 with a label and no value (^3). They stay in the file and do not count. Give each "
+        "a "
+        "value (catValu)...",
+        "category", "categories", path_, file_.warnings);
+    nameless.Report(
+        "^1: ^2 without a name and an ID (line ^3). They stay in the file and do not count. Give "
+        "each a name...",
+        "variable", "variables", path_, file_.warnings);
+  }
+
+  // A source in other languages than the run's gives no labels.
+  void WarnOfLanguage() {
+    if (file_.language.empty()) return;
+    std::set<std::string> languages;
+    for (const std::shared_ptr<const Variable>& variable : file_.dictionary.variables) {
+      if (variable->label || variable->valueLabels) return;
+      for (const auto& other : variable->labelLanguages.Others()) {
+        languages.emplace(other.language);
+      }
+    }
+    if (languages.empty()) return;
+    std::string list;
+    for (const std::string& language : languages) list += (list.empty() ? "" : ", ") + language;
+    file_.warnings.push_back(
+        {"^1: No label is in the language of this run (^2). The labels there are in other "
+         "languages "
+         "(^3)\\: choose one of them for the run...",
+         {path_, file_.language, list}});
   }
 
   std::size_t BeginOf(std::size_t variable) const {
@@ -194,7 +241,7 @@ class Opener {
     return weight;
   }
 
-  // Gives each group its file, and the file its sets.
+  // Finds the groups of the file, and gives it its sets.
   void TakeSets() {
     if (reading_.groups.empty()) return;
     std::unordered_map<std::string_view, std::size_t> places;  // of variables, by ID
@@ -206,21 +253,40 @@ class Opener {
     for (std::size_t column = 0; column < file_.variablePlaces.size(); ++column) {
       columns[file_.variablePlaces[column]] = static_cast<int>(column);
     }
-    for (const Reading::Group& read : reading_.groups) {
+    std::array<std::unordered_set<std::string_view>, kSetKinds.size()> names;  // by kind
+    for (std::size_t i = 0; i < reading_.groups.size(); ++i) {
+      const GroupReading& read = reading_.groups[i].group;
       std::vector<std::size_t> members;
-      for (const std::string& id : SplitTokens(read.group.members)) {
+      for (const std::string& id : SplitTokens(read.members)) {
         if (const auto found = places.find(id); found != places.end()) {
           members.push_back(found->second);
         }
       }
-      fileOfGroup_.push_back(members.empty() ? 0 : membership_.FirstFile(members.front()));
-      if (!read.group.IsSet() || fileOfGroup_.back() != file_.place) continue;
-      VariableSet set = read.group.set;
+      groupsOfFile_.push_back(BelongsToFile(read, members));
+      if (!read.IsSet() || !groupsOfFile_.back()) continue;
+      // Of several sets of one name the first counts.
+      if (!names[static_cast<std::size_t>(read.kind)].insert(read.set.name).second) continue;
+      VariableSet set = read.set;
+      set.place = i;
       for (const std::size_t member : members) {
         if (columns[member] >= 0) set.members.push_back(columns[member]);
       }
-      file_.dictionary.file.SetsOf(read.group.kind).push_back(std::move(set));
+      file_.dictionary.file.SetsOf(read.kind).push_back(std::move(set));
     }
+  }
+
+  // A group belongs to the file that its note names, else to those of its first member, else to the
+  // first.
+  bool BelongsToFile(const GroupReading& group, const std::vector<std::size_t>& members) const {
+    if (!group.file.Empty()) {
+      const auto named =
+          std::find_if(reading_.files.begin(), reading_.files.end(),
+                       [&](const Reading::File& file) { return file.id == group.file; });
+      if (named != reading_.files.end()) {
+        return static_cast<std::size_t>(named - reading_.files.begin()) == file_.place;
+      }
+    }
+    return members.empty() ? file_.place == 0 : membership_.Has(members.front(), file_.place);
   }
 
   const std::string& path_;
@@ -228,7 +294,7 @@ class Opener {
   Reading& reading_;
   const FileMembership membership_;
   CodebookFile file_;
-  std::vector<std::size_t> fileOfGroup_;
+  std::vector<bool> groupsOfFile_;
 };
 
 // What was read of a document as the codebook that it is written by.
@@ -237,7 +303,7 @@ std::shared_ptr<const Codebook> MakeCodebook(const std::string& path, Bytes byte
   Reading& reading = read.reading;
   auto codebook =
       std::make_shared<Codebook>(path, std::move(bytes), read.encoding, std::move(read.namespaces),
-                                 std::move(reading.elements));
+                                 std::move(reading.elements), std::move(reading.languages));
   const Document& document = codebook->document;
   for (const Reading::File& file : reading.files) {
     codebook->files.push_back({document.At(file.place), file.id});
@@ -251,36 +317,113 @@ std::shared_ptr<const Codebook> MakeCodebook(const std::string& path, Bytes byte
   for (std::size_t i = 0; i < reading.groups.size(); ++i) {
     Reading::Group& group = reading.groups[i];
     codebook->groups.push_back(
-        {document.At(group.place), std::move(group.group), opener.FileOfGroup(i)});
+        {document.At(group.place), group.scope, std::move(group.group), opener.GroupsOfFile()[i]});
   }
   return codebook;
 }
 
 }  // namespace
 
-CodebookFile OpenCodebook(const std::string& specification, OpenFor use) {
-  const auto [path, id] = SplitSpecification(specification);
+CodebookFile OpenCodebook(const std::string& specification, OpenFor use,
+                          const std::optional<std::string>& language) {
+  return OpenCodebook(ReadCodebook(specification), use, language);
+}
+
+std::string CodebookBytes::GuessLanguage() const { return GuessLabelLanguage(read.bytes.View()); }
+
+CodebookBytes ReadCodebook(const std::string& specification) {
+  auto [path, id] = SplitSpecification(specification);
   FileBytes read = ReadFile(path);
-  CodebookFile file = OpenCodebook(path, std::move(read.bytes), id, use);
-  file.identity = read.identity;
+  return {std::move(path), std::move(id), std::move(read)};
+}
+
+CodebookFile OpenCodebook(CodebookBytes bytes, OpenFor use,
+                          const std::optional<std::string>& language) {
+  const FileIdentity identity = bytes.read.identity;
+  CodebookFile file =
+      OpenCodebook(bytes.path, std::move(bytes.read.bytes), bytes.id, use, language);
+  file.identity = identity;
   return file;
 }
 
 CodebookFile OpenCodebook(const std::string& path, Bytes bytes,
-                          const std::optional<std::string>& id, OpenFor use) {
-  DocumentReading read = ReadNamed(path, bytes.View(), use);
+                          const std::optional<std::string>& id, OpenFor use,
+                          const std::optional<std::string>& language) {
+  DocumentReading read = ReadNamed(path, bytes.View(), use, language);
   const std::size_t place = FindFile(path, read.reading.files, id);
   Opener opener(path, bytes.View(), read.reading, place);
-  CodebookFile file = opener.Open();
+  CodebookFile file = opener.Open(use);
+  if (read.saysUtf16) {
+    file.warnings.push_back(
+        {"^1: The first line says UTF-16, but the document is in single bytes. It is read as "
+         "UTF-8\\: let the first line say UTF-8...",
+         {path}});
+  }
   file.codebook = MakeCodebook(path, std::move(bytes), std::move(read), opener);
   return file;
 }
 
-Text DocumentationOf(const CodebookFile& file, std::size_t column) {
+namespace {
+
+const Codebook::Variable& VariableAt(const CodebookFile& file, std::size_t column) {
+  return file.codebook->variables[file.variablePlaces[column]];
+}
+
+// The names of the variables of these IDs.
+std::vector<Text> NamesOf(const CodebookFile& file, const std::vector<std::string>& ids) {
+  std::vector<Text> names;
+  for (const std::string& id : ids) {
+    for (std::size_t column = 0; column < file.variablePlaces.size(); ++column) {
+      if (VariableAt(file, column).id != id) continue;
+      names.push_back(file.dictionary.variables[column]->name);
+      break;
+    }
+  }
+  return names;
+}
+
+}  // namespace
+
+std::vector<DocumentationElement> DocumentationOf(const CodebookFile& file, std::size_t column,
+                                                  DocumentationSet kinds) {
   if (!file.codebook) return {};
+  const Codebook::Variable& variable = VariableAt(file, column);
+  return ReadDocumentation(file.codebook->document, variable.element, variable.scope, kinds);
+}
+
+std::vector<DocumentationText> DocumentationTexts(const CodebookFile& file, std::size_t column) {
+  if (!file.codebook) return {};
+  return DocumentationTexts(VariableAt(file, column).element, file.codebook->languages);
+}
+
+Brought BroughtWith(const CodebookFile& file, std::size_t column) {
+  Brought brought;
+  if (!file.codebook) return brought;
+  DocumentationSet all;
+  for (std::size_t i = 0; i < kItemCount<Documentation>; ++i)
+    all.Add(static_cast<Documentation>(i));
+  brought.documentation = DocumentationOf(file, column, all);
+  const Element var = VariableAt(file, column).element;
+  brought.interval = Text(Trim(var.Attribute("intrvl")));
+  brought.weightNames = NamesOf(file, SplitTokens(var.Attribute("wgt-var")));
+  return brought;
+}
+
+BroughtSet BroughtWith(const CodebookFile& file, const VariableSet& set) {
+  BroughtSet brought;
+  if (!file.codebook || !set.place) return brought;
   const Codebook& codebook = *file.codebook;
-  const Codebook::Variable& variable = codebook.variables[file.variablePlaces[column]];
-  return ReadDocumentation(codebook.document, variable.element, variable.scope);
+  const Codebook::Group& group = codebook.groups[*set.place];
+  brought.place = *set.place;
+  brought.documentation = ReadSetDocumentation(codebook.document, group.element, group.scope);
+  for (const std::string& id : SplitTokens(group.reading.subsets)) {
+    const auto subset =
+        std::find_if(codebook.groups.begin(), codebook.groups.end(),
+                     [&](const Codebook::Group& other) { return other.reading.id == id; });
+    if (subset == codebook.groups.end() || !subset->reading.IsSet()) continue;
+    brought.subsets.emplace_back(subset->reading.kind, subset->reading.set.name);
+  }
+  return brought;
 }
 
 }  // namespace velahost

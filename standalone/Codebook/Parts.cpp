@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "standalone/Codebook/Elements.h"
+#include "standalone/Codebook/Labels.h"
 #include "standalone/Codebook/Reader.h"
 #include "standalone/Xml/Parser.h"
 
@@ -56,13 +57,14 @@ class Parts {
   bool AreRead() const { return !workers_.empty(); }
 
   // Starts to read what stands between the cuts, which is the inside of a dataDscr.
-  void Start(std::string_view text, OpenFor use, std::vector<std::size_t> cuts,
-             const Namespaces& namespaces, Encoding encoding, Namespaces::Scope scope) {
+  void Start(std::string_view text, OpenFor use, const Languages& languages,
+             std::vector<std::size_t> cuts, const Namespaces& namespaces, Encoding encoding,
+             Namespaces::Scope scope) {
     cuts_ = std::move(cuts);
     readings_.resize(cuts_.size() - 1);
     for (std::size_t i = 0; i < std::min(Threads(), readings_.size()); ++i) {
       workers_.push_back(
-          std::async(&Parts::ReadNext, this, text, use, namespaces, encoding, scope));
+          std::async(&Parts::ReadNext, this, text, use, languages, namespaces, encoding, scope));
     }
   }
 
@@ -74,9 +76,9 @@ class Parts {
 
  private:
   // Reads parts as long as there are any. Called on several threads at once.
-  void ReadNext(std::string_view text, OpenFor use, Namespaces namespaces, Encoding encoding,
-                Namespaces::Scope scope) {
-    CodebookReader reader(text, use, scope);
+  void ReadNext(std::string_view text, OpenFor use, const Languages& languages,
+                Namespaces namespaces, Encoding encoding, Namespaces::Scope scope) {
+    CodebookReader reader(text, use, languages, scope);
     for (std::size_t i = next_++; i < readings_.size(); i = next_++) {
       const std::string_view part = text.substr(cuts_[i], cuts_[i + 1] - cuts_[i]);
       try {
@@ -97,16 +99,29 @@ class Parts {
 
 }  // namespace
 
-DocumentReading ReadDocument(std::string_view text, OpenFor use) {
+namespace {
+
+DocumentReading ReadIn(const std::string& language, std::string_view text, OpenFor use) {
+  if (auto inParts = ReadInParts(text, use, language)) return std::move(*inParts);
+  return ReadWhole(text, use, language);
+}
+
+}  // namespace
+
+DocumentReading ReadDocument(std::string_view text, OpenFor use,
+                             const std::optional<std::string>& language) {
   if (text.size() > kMostBytes) throw XmlError("the document has more than 4 GB");
-  if (auto inParts = ReadInParts(text, use)) return std::move(*inParts);
-  return ReadWhole(text, use);
+  if (language) return ReadIn(*language, text, use);
+  const std::string guessed = GuessLabelLanguage(text);
+  DocumentReading read = ReadIn(guessed, text, use);
+  const std::string stated = read.reading.labelLanguage.value_or("");
+  return stated == guessed ? std::move(read) : ReadIn(stated, text, use);
 }
 
 std::optional<DocumentReading> ReadInParts(std::string_view text, OpenFor use,
-                                           std::size_t partSize) {
+                                           const std::string& language, std::size_t partSize) {
   Namespaces namespaces(CodebookVocabulary());
-  CodebookReader reader(text, use, namespaces);
+  CodebookReader reader(text, use, language, namespaces);
   XmlParser parser(namespaces, reader);
   Reading head;
   Parts parts;
@@ -126,11 +141,12 @@ std::optional<DocumentReading> ReadInParts(std::string_view text, OpenFor use,
       if (!reader.StandsAfterVariable(at)) continue;
       head = reader.Take();
       at = cuts.back();
-      parts.Start(text, use, std::move(cuts), namespaces, parser.DocumentEncoding(),
-                  reader.Scope());
+      parts.Start(text, use, reader.Languages(), std::move(cuts), namespaces,
+                  parser.DocumentEncoding(), reader.Scope());
       parser.MoveTo(at, reader.Scope());
     }
     parser.Finish();
+    reader.RequireCodebook();
     std::vector<Reading> readings = parts.Take();
     head.Reserve(readings);
     for (Reading& part : readings) head.Append(std::move(part));
@@ -139,15 +155,17 @@ std::optional<DocumentReading> ReadInParts(std::string_view text, OpenFor use,
     throw;
   }
   head.Append(reader.Take());
-  return DocumentReading{std::move(head), std::move(namespaces), parser.DocumentEncoding()};
+  return DocumentReading{std::move(head), std::move(namespaces), parser.DocumentEncoding(),
+                         parser.SaysUtf16()};
 }
 
-DocumentReading ReadWhole(std::string_view text, OpenFor use) {
+DocumentReading ReadWhole(std::string_view text, OpenFor use, const std::string& language) {
   Namespaces namespaces(CodebookVocabulary());
-  CodebookReader reader(text, use, namespaces);
+  CodebookReader reader(text, use, language, namespaces);
   XmlParser parser(namespaces, reader);
   parser.ParseDocument(text);
-  return {reader.Take(), std::move(namespaces), parser.DocumentEncoding()};
+  reader.RequireCodebook();
+  return {reader.Take(), std::move(namespaces), parser.DocumentEncoding(), parser.SaysUtf16()};
 }
 
 }  // namespace velahost

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "standalone/Codebook/Codebook.h"
@@ -16,10 +17,14 @@ struct DocumentReading {
   Reading reading;
   Namespaces namespaces;
   Encoding encoding;
+  bool saysUtf16 = false;  // in bytes that are none
 };
 
-// Reads a document: in parts if it is large and can be cut, else from end to end. Throws XmlError.
-DocumentReading ReadDocument(std::string_view text, OpenFor use);
+// Reads a document: in parts if it is large and can be cut, else from end to end. The labels are
+// those in the language, where an empty one is none; where no language is given, in that of the
+// document's first label of a variable. Throws XmlError.
+DocumentReading ReadDocument(std::string_view text, OpenFor use,
+                             const std::optional<std::string>& language);
 
 // A part has about so many bytes: what is read of it and the parser's copy fit into a processor's
 // cache.
@@ -31,9 +36,10 @@ inline constexpr std::size_t kPartSize = std::size_t{1} << 18;
 // anything else is wrong with the document after it was cut: ReadWhole says what. Throws XmlError
 // for what is wrong before that. partSize is for tests.
 std::optional<DocumentReading> ReadInParts(std::string_view text, OpenFor use,
+                                           const std::string& language,
                                            std::size_t partSize = kPartSize);
 
 // Reads a document from end to end. Throws XmlError.
-DocumentReading ReadWhole(std::string_view text, OpenFor use);
+DocumentReading ReadWhole(std::string_view text, OpenFor use, const std::string& language);
 
 }  // namespace velahost

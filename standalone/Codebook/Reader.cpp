@@ -11,21 +11,28 @@
 
 namespace velahost {
 
-CodebookReader::CodebookReader(std::string_view text, OpenFor use, Namespaces& namespaces)
-    : namespaces_(&namespaces), text_{text, Encoding::Utf8}, use_(use) {}
+CodebookReader::CodebookReader(std::string_view text, OpenFor use, const std::string& language,
+                               Namespaces& namespaces)
+    : namespaces_(&namespaces), text_{text, {}}, use_(use), labels_({.run = language}) {}
 
-CodebookReader::CodebookReader(std::string_view text, OpenFor use, Namespaces::Scope scope)
-    : text_{text, Encoding::Utf8},
+CodebookReader::CodebookReader(std::string_view text, OpenFor use,
+                               const velahost::Languages& languages, Namespaces::Scope scope)
+    : text_{text, {}},
       use_(use),
+      labels_(languages),
       stack_{{0, element::codeBook, false, scope}, {0, element::dataDscr, false, scope}} {}
 
 void CodebookReader::Start(const XmlStart& start) {
+  if (stack_.empty() && LocalNameOf(start.name) != "codeBook") {
+    if (outside_++ == 0) rootName_ = start.name;
+    return;
+  }
   if (passedOver_ > 0 || !Keeps()) {
     ++passedOver_;
     return;
   }
   text_.encoding = start.encoding;
-  if (stack_.empty()) StartRoot(start);
+  if (stack_.empty()) StartCodebook(start);
   const ElementName name = stack_.empty() ? ElementName{element::codeBook} : start.element;
   const auto place = static_cast<ElementPlace>(reading_.elements.size());
   if (gatheredDepth_ == 0 && IsGathered(name)) gatheredDepth_ = stack_.size() + 1;
@@ -39,18 +46,35 @@ void CodebookReader::Start(const XmlStart& start) {
   stack_.push_back({place, name, true, start.scope});
 }
 
-void CodebookReader::StartRoot(const XmlStart& start) {
-  if (LocalNameOf(start.name) != "codeBook") {
-    throw XmlError("line " + std::to_string(LineCounter(text_.text).LineOf(start.begin)) +
-                   ": the document is no codebook: its root element is " + start.name +
-                   ", not codeBook");
+void CodebookReader::StartCodebook(const XmlStart& start) {
+  if (codebookBegin_) {
+    throw XmlError("line " + LineOf(start.begin) + ": the document has another codeBook on line " +
+                   LineOf(*codebookBegin_) + ": give a document with one");
   }
+  codebookBegin_ = start.begin;
   namespaces_->Adopt(start.scope, PrefixOf(start.name));
+  for (const char* const* attribute = start.attributes; *attribute != nullptr; attribute += 2) {
+    if (std::string_view(*attribute) == "xml:lang") labels_.SetDocumentLanguage(attribute[1]);
+  }
+}
+
+void CodebookReader::RequireCodebook() const {
+  if (codebookBegin_) return;
+  throw XmlError("the document has no codebook: its root element is " + rootName_ +
+                 ", and no codeBook stands in it");
+}
+
+std::string CodebookReader::LineOf(std::size_t position) const {
+  return std::to_string(LineCounter(text_.text).LineOf(position));
 }
 
 void CodebookReader::End(std::size_t begin, std::size_t end) {
   if (passedOver_ > 0) {
     --passedOver_;
+    return;
+  }
+  if (stack_.empty()) {
+    --outside_;
     return;
   }
   const Open open = stack_.back();
@@ -78,6 +102,8 @@ Reading CodebookReader::Take() {
     if (open.beginsHere) reading_.open.push_back(open.place);
     open.beginsHere = false;
   }
+  reading_.labelLanguage = labels_.FirstLanguage();
+  reading_.languages = labels_.Languages();
   return std::exchange(reading_, {});
 }
 
@@ -106,13 +132,13 @@ void CodebookReader::ReadGathered(ElementPlace place) {
           {place, texts_.Add(Trim(element.Attribute("ID"))), ReadFileDescription(element, texts_)});
       break;
     case element::varGrp:
-      reading_.groups.push_back({place, ReadGroup(element, texts_)});
+      reading_.groups.push_back({place, stack_.back().scope, ReadGroup(element, labels_, texts_)});
       break;
     default:
       reading_.variables.push_back(
-          {place, stack_.back().scope, ReadVariable(element, variables_, texts_)});
+          {place, stack_.back().scope, ReadVariable(element, variables_, labels_, texts_)});
   }
-  if (use_ == OpenFor::Writing) return;
+  if (use_ != OpenFor::Reading) return;
   reading_.elements.resize(place + std::size_t{1});
   reading_.elements[place].count = 1;
 }

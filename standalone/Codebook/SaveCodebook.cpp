@@ -50,7 +50,7 @@ class CodebookWriter {
         document_(codebook_.document),
         layout_(LayoutOfCodebook(codebook_)),
         edits_(document_.Encoding()),
-        ids_(document_),
+        ids_(codebook_),
         newIds_(now.variables.size()) {}
 
   void Write(const ByteSink& sink) {
@@ -113,7 +113,8 @@ class CodebookWriter {
   // The ID of a variable; one that has none is given one.
   std::string IdOf(std::size_t column) {
     if (!IsNew(column) && !AsRead(column).id.Empty()) return AsRead(column).id.String();
-    if (newIds_[column].empty()) newIds_[column] = ids_.Make(now_.variables[column]->name);
+    if (newIds_[column].empty())
+      newIds_[column] = ids_.Make(IdKind::Variable, now_.variables[column]->name);
     return newIds_[column];
   }
 
@@ -143,7 +144,7 @@ class CodebookWriter {
     if (weights) editor.SetAttribute(read.element, "wgt", "wgt");
     if (changed.Empty()) return;
     WriteVariable(read.element, *file_.dictionary.variables[column], *now_.variables[column],
-                  changed, editor);
+                  changed, codebook_.languages, editor);
   }
 
   // Whether the document would not read as weighted as the file is now.
@@ -203,16 +204,60 @@ class CodebookWriter {
     editor.SetText(note, now_.file.weight < 0 ? std::string() : NameAt(now_.file.weight));
   }
 
-  // New sets that have no place among others, and the new variables.
-  void AddToDataDescription() {
-    std::vector<NewElement> variables;
-    const std::string fileId = codebook_.files[file_.place].id.String();
-    for (std::size_t i = ReadCount(); i < now_.variables.size(); ++i) {
-      const bool weights = SetsWeight() && now_.file.weight == static_cast<int>(i);
-      variables.push_back(NewVariable(*now_.variables[i], IdOf(i), fileId, weights, layout_));
+  // How a new variable names its file: as the file's last one does.
+  NewVariablePlace PlaceOfNew() const {
+    NewVariablePlace place;
+    if (ReadCount() == 0) {
+      place.files = codebook_.files[file_.place].id.String();
+      return place;
     }
+    const Element last = AsRead(ReadCount() - 1).element;
+    place.files = last.Attribute("files").View();
+    if (!Trim(place.files).empty()) return place;
+    place.files.clear();
+    for (const Element location : last.All(element::location)) {
+      place.locationFile = Trim(location.Attribute("fileid"));
+      if (!place.locationFile.empty()) break;
+    }
+    return place;
+  }
+
+  // The IDs of the variables of these names, as far as they have one.
+  std::vector<std::string> IdsOf(const std::vector<Text>& names) const {
+    std::vector<std::string> ids;
+    for (const Text& name : names) {
+      const int column = FindNow(name);
+      if (column < 0) continue;
+      const auto at = static_cast<std::size_t>(column);
+      std::string id = IsNew(at) || AsRead(at).id.Empty() ? newIds_[at] : AsRead(at).id.String();
+      if (!id.empty()) ids.push_back(std::move(id));
+    }
+    return ids;
+  }
+
+  // The elements of the new variables.
+  std::vector<NewElement> NewVariables(const std::string& prefix) {
+    std::vector<NewElement> variables;
+    NewVariablePlace place = PlaceOfNew();
+    place.prefix = prefix;
+    for (std::size_t i = ReadCount(); i < now_.variables.size(); ++i) {
+      const Variable& variable = *now_.variables[i];
+      place.id = IdOf(i);
+      place.weights = SetsWeight() && now_.file.weight == static_cast<int>(i);
+      place.weightIds =
+          variable.brought ? IdsOf(variable.brought->weightNames) : std::vector<std::string>();
+      variables.push_back(NewVariable(variable, place, codebook_.languages));
+    }
+    return variables;
+  }
+
+  // New sets that have no place behind others, and the new variables.
+  void AddToDataDescription() {
+    const Element last = ReadCount() > 0 ? AsRead(ReadCount() - 1).element : Element();
+    const Element description = codebook_.DescriptionAround(last);
+    std::vector<NewElement> variables =
+        NewVariables(description ? description.Prefix() : document_.Root().Prefix());
     if (variables.empty() && newSets_.empty()) return;
-    const Element description = document_.Root().Child(element::dataDscr);
     if (!description) {
       NewElement added{.element = element::dataDscr, .children = std::move(newSets_)};
       std::move(variables.begin(), variables.end(), std::back_inserter(added.children));
@@ -220,9 +265,8 @@ class CodebookWriter {
       return;
     }
     Editor editor(document_, layout_);
-    if (ReadCount() > 0) {
-      const Element last = AsRead(ReadCount() - 1).element;
-      for (const NewElement& variable : variables) editor.InsertAfter(last, variable);
+    if (last) {
+      for (const NewElement& variable : variables) editor.InsertAfter(description, last, variable);
       variables.clear();
     }
     for (const NewElement& set : newSets_) editor.Insert(description, set);

@@ -1,16 +1,17 @@
 #include "standalone/Codebook/Sets.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
-#include <iterator>
 #include <map>
-#include <optional>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include "standalone/Codebook/Codebook.h"
 #include "standalone/Codebook/CodebookFile.h"
+#include "standalone/Codebook/Documentation.h"
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Codebook/Ids.h"
 #include "standalone/Codebook/Notes.h"
@@ -21,13 +22,15 @@
 namespace velahost {
 namespace {
 
-// What becomes of a varGrp.
-struct GroupPlan {
-  const VariableSet* read = nullptr;  // the set that it was read as
-  const VariableSet* set = nullptr;   // what it is to read as; null: as it does
-  std::size_t slot = 0;               // the group in whose stead it stands
-  bool goes = false;
+// A set that is written: how it was read, or null for one that came from another document.
+struct Written {
+  const VariableSet* set;
+  const VariableSet* read;
+  std::string id;  // its element's, may be empty
 };
+
+// The place of a set in the document that it came from.
+std::size_t PlaceIn(const VariableSet& set) { return set.brought ? set.brought->place : 0; }
 
 class SetWriter {
  public:
@@ -35,181 +38,178 @@ class SetWriter {
       : writing_(writing),
         codebook_(*writing.file.codebook),
         document_(codebook_.document),
-        plans_(codebook_.groups.size()),
-        edits_(document_.Encoding()) {
-    for (std::size_t i = 0; i < plans_.size(); ++i) plans_[i].slot = i;
-  }
+        editor_(document_, writing.layout) {}
 
   SetEdits Write() {
-    if (writing_.changed.Has(FileItem::MrSets)) Plan(SetKind::MultipleResponse);
-    if (writing_.changed.Has(FileItem::VarSets)) Plan(SetKind::Variables);
-    WriteReferences();
-    for (std::size_t i = 0; i < plans_.size(); ++i) WriteGroup(i);
-    return {std::move(edits_), std::move(unplaced_)};
+    static constexpr std::array kItems = {std::pair(SetKind::MultipleResponse, FileItem::MrSets),
+                                          std::pair(SetKind::Variables, FileItem::VarSets)};
+    for (const auto& [kind, item] : kItems) Plan(kind, writing_.changed.Has(item));
+    for (const auto& [kind, item] : kItems) {
+      if (writing_.changed.Has(item)) WriteKind(kind);
+    }
+    SetEdits result{std::move(editor_).Take(), std::move(unplaced_)};
+    for (const Reference& reference : FindReferences(document_, goneIds_)) {
+      WriteReference(document_, reference, result.edits);
+    }
+    return result;
   }
 
  private:
-  const VariableSet& AsRead(std::size_t group) const { return *plans_[group].read; }
+  std::vector<Written>& WrittenOf(SetKind kind) { return written_[static_cast<std::size_t>(kind)]; }
 
-  // Finds for each set of the kind the element that it keeps, and the slots of all.
-  void Plan(SetKind kind) {
-    std::vector<std::size_t> present;
-    auto read = writing_.file.dictionary.file.SetsOf(kind).begin();
-    for (std::size_t i = 0; i < codebook_.groups.size(); ++i) {
-      if (!IsSetOf(codebook_, i, writing_.file.place, kind)) continue;
-      present.push_back(i);
-      plans_[i].read = &*read++;
-    }
-    const auto& sets = writing_.dictionary.file.SetsOf(kind);
-    std::map<std::string_view, std::vector<std::size_t>> byName;  // those left, the first one last
-    std::reverse(present.begin(), present.end());
-    for (const std::size_t group : present) byName[AsRead(group).name].push_back(group);
-    std::vector<std::optional<std::size_t>> elements;  // of each set
-    std::vector<std::size_t> slots;
-    for (const VariableSet& set : sets) {
-      auto& left = byName[set.name];
-      if (left.empty()) {
-        elements.emplace_back();
+  // Finds the sets that stay, with their IDs, gives new ones theirs, and takes out the others.
+  void Plan(SetKind kind, bool isChanged) {
+    const std::vector<VariableSet>& asRead = writing_.file.dictionary.file.SetsOf(kind);
+    std::unordered_map<std::size_t, const VariableSet*> left;  // by place
+    for (const VariableSet& set : asRead) left.emplace(*set.place, &set);
+    std::vector<const VariableSet*> added;
+    for (const VariableSet& set : writing_.dictionary.file.SetsOf(kind)) {
+      if (!set.place) {
+        added.push_back(&set);
         continue;
       }
-      elements.emplace_back(left.back());
-      slots.push_back(left.back());
-      left.pop_back();
+      WrittenOf(kind).push_back(
+          {&set, left.at(*set.place), codebook_.groups[*set.place].reading.id.String()});
+      left.erase(*set.place);
     }
-    for (const auto& [name, left] : byName) {
-      for (const std::size_t group : left) {
-        plans_[group].goes = true;
-        const Text& id = codebook_.groups[group].reading.id;
-        if (!id.Empty()) goneIds_.insert(id.String());
-      }
-    }
-    std::sort(slots.begin(), slots.end());
-    PutInSlots(sets, kind, elements, slots);
-  }
-
-  void PutInSlots(const std::vector<VariableSet>& sets, SetKind kind,
-                  const std::vector<std::optional<std::size_t>>& elements,
-                  const std::vector<std::size_t>& slots) {
-    Editor editor(document_, writing_.layout);
-    auto slot = slots.begin();
-    for (std::size_t i = 0; i < sets.size(); ++i) {
-      if (elements[i]) {
-        plans_[*elements[i]].set = &sets[i];
-        plans_[*elements[i]].slot = *slot++;
-        continue;
-      }
-      NewElement added = NewGroup(sets[i], kind);
-      if (slots.empty()) {
-        unplaced_.push_back(std::move(added));
-      } else if (slot == slots.begin()) {
-        editor.InsertBefore(codebook_.groups[*slot].element, added);
-      } else {
-        editor.InsertAfter(codebook_.groups[*std::prev(slot)].element, added);
-      }
-    }
-    edits_.Add(std::move(editor).Take());
-  }
-
-  void WriteGroup(std::size_t index) {
-    const Element group = codebook_.groups[index].element;
-    const GroupPlan& plan = plans_[index];
-    if (plan.goes) {
-      Editor editor(document_, writing_.layout);
-      editor.Remove(group);
-      edits_.Add(std::move(editor).Take());
-      return;
-    }
-    const std::string bytes = Edited(index);
-    if (plan.slot == index && bytes == group.Markup()) return;
-    const Element slot = codebook_.groups[plan.slot].element;
-    edits_.ReplaceBytes(slot.Begin(), slot.End(), bytes);
-  }
-
-  // The group's bytes as they will be.
-  std::string Edited(std::size_t index) {
-    const GroupPlan& plan = plans_[index];
-    const Codebook::Group& group = codebook_.groups[index];
-    const bool isSameLabel = plan.set == nullptr || plan.set->label == plan.read->label;
-    const bool isSameMembers = plan.set == nullptr || plan.set->members == plan.read->members;
-    if (isSameLabel && isSameMembers && goneIds_.empty()) {
-      return std::string(group.element.Markup());
-    }
-    Editor editor(document_, writing_.layout);
-    if (!isSameLabel) WriteLabel(*plan.set, group.element, editor);
-    if (!isSameMembers) WriteMembers(*plan.set, group, editor);
-    Edits edits = std::move(editor).Take();
-    WriteReferencesIn(group.element, edits);
-    return edits.Apply(document_.Text(), group.element.Begin(), group.element.End());
-  }
-
-  static void WriteLabel(const VariableSet& set, Element group, Editor& editor) {
-    if (!set.label) {
-      for (const Element label : group.All(element::labl)) editor.Remove(label);
-      return;
-    }
-    // The label must not be taken for the name.
-    if (!group.Attribute("name").IsThere()) editor.SetAttribute(group, "name", set.name);
-    if (const Element label = group.Child(element::labl)) {
-      editor.SetText(label, *set.label);
-    } else {
-      editor.Insert(group, {.element = element::labl, .text = set.label->String()});
-    }
-  }
-
-  // The members' IDs; after them those of other files' variables, which this file's sets do not
-  // tell of.
-  void WriteMembers(const VariableSet& set, const Codebook::Group& group, Editor& editor) {
-    std::vector<std::string> ids = MemberIds(set);
-    if (ids.empty()) {
-      editor.RemoveAttribute(group.element, "var");
-      return;
-    }
-    for (std::string& id : SplitTokens(group.reading.members)) {
-      if (!OwnIds().contains(id)) ids.push_back(std::move(id));
-    }
-    editor.SetAttribute(group.element, "var", JoinTokens(ids));
-  }
-
-  // Takes the sets that go out of what refers to them outside the groups.
-  void WriteReferences() {
-    references_ = FindReferences(document_, goneIds_);
-    std::erase_if(references_, [this](const Reference& reference) {
-      const auto after =
-          std::upper_bound(codebook_.groups.begin(), codebook_.groups.end(), reference.begin,
-                           [](std::size_t position, const Codebook::Group& group) {
-                             return position < group.element.Begin();
-                           });
-      const bool isInGroup =
-          after != codebook_.groups.begin() && reference.begin < std::prev(after)->element.End();
-      if (!isInGroup) WriteReference(document_, reference, edits_);
-      return !isInGroup;
+    // New ones come in the order in which their own document has them.
+    std::stable_sort(added.begin(), added.end(), [](const VariableSet* a, const VariableSet* b) {
+      return PlaceIn(*a) < PlaceIn(*b);
     });
+    for (const VariableSet* const set : added) {
+      WrittenOf(kind).push_back({set, nullptr, writing_.ids.Make(IdKind::Set, set->name)});
+    }
+    if (isChanged && !left.empty()) RemoveSets(kind, left);
   }
 
-  // The same within a group.
-  void WriteReferencesIn(Element group, Edits& edits) const {
-    auto reference = std::lower_bound(
-        references_.begin(), references_.end(), group.Begin(),
-        [](const Reference& a, std::size_t position) { return a.begin < position; });
-    for (; reference != references_.end() && reference->begin < group.End(); ++reference) {
-      WriteReference(document_, *reference, edits);
+  // Removes sets, with the groups of the same names that are not in the dictionary.
+  void RemoveSets(SetKind kind, const std::unordered_map<std::size_t, const VariableSet*>& sets) {
+    std::unordered_set<std::string_view> names;
+    for (const auto& [place, set] : sets) names.insert(set->name);
+    for (const Codebook::Group& group : codebook_.groups) {
+      const bool goes =
+          group.isOfFile && group.reading.kind == kind && names.contains(group.reading.set.name);
+      if (!goes) continue;
+      editor_.Remove(group.element);
+      if (!group.reading.id.Empty()) goneIds_.insert(group.reading.id.String());
     }
   }
 
-  NewElement NewGroup(const VariableSet& set, SetKind kind) {
-    const bool isMultiple = kind == SetKind::MultipleResponse;
-    const std::string type = isMultiple         ? "multipleResp"
-                             : set.type.Empty() ? "other"
-                                                : set.type.String();
+  void WriteKind(SetKind kind) {
+    const Codebook::Group* const last = LastOfFile();
+    const Element description =
+        codebook_.DescriptionAround(last == nullptr ? Element() : last->element);
+    for (const Written& written : WrittenOf(kind)) {
+      if (written.read != nullptr) {
+        WriteGroup(written);
+        continue;
+      }
+      const std::string prefix = description ? description.Prefix() : document_.Root().Prefix();
+      NewElement added = NewGroup(written, kind, prefix);
+      if (last == nullptr) {
+        unplaced_.push_back(std::move(added));
+      } else {
+        editor_.InsertAfter(description, last->element, added);
+      }
+    }
+  }
+
+  const Codebook::Group* LastOfFile() const {
+    const auto last = std::find_if(codebook_.groups.rbegin(), codebook_.groups.rend(),
+                                   [](const Codebook::Group& group) { return group.isOfFile; });
+    return last == codebook_.groups.rend() ? nullptr : &*last;
+  }
+
+  void WriteGroup(const Written& written) {
+    const auto& [set, read, id] = written;
+    const Codebook::Group& group = codebook_.groups[*set->place];
+    if (set->label && set->label != read->label) WriteLabelOf(*set, *read, group.element);
+    if (set->members != read->members) WriteMembers(*set, group);
+  }
+
+  void WriteLabelOf(const VariableSet& set, const VariableSet& read, Element group) {
+    // The label must not be taken for the name.
+    if (read.isNamedByLabel) editor_.SetAttribute(group, "name", set.name);
+    WriteLabel(group, "", *set.label, set.languages, codebook_.languages, editor_);
+  }
+
+  // The members' IDs; behind them what the attribute names besides this file's variables.
+  void WriteMembers(const VariableSet& set, const Codebook::Group& group) {
+    std::vector<std::string> ids = MemberIds(set);
+    const bool hasOwn = !ids.empty();
+    bool hasOthers = false;
+    for (std::string& id : SplitTokens(group.reading.members)) {
+      if (OwnIds().contains(id)) continue;
+      hasOthers |= AllIds().contains(id);
+      ids.push_back(std::move(id));
+    }
+    if (ids.empty()) {
+      editor_.RemoveAttribute(group.element, "var");
+    } else {
+      editor_.SetAttribute(group.element, "var", JoinTokens(ids));
+    }
+    if (!hasOwn && group.reading.file.Empty() && NeedsFileNote(hasOthers)) {
+      editor_.Insert(group.element, NewFileNote());
+    }
+  }
+
+  // Whether a set without variables of this file reads as another file's.
+  bool NeedsFileNote(bool hasOthers) const {
+    const std::size_t place = writing_.file.place;
+    return (hasOthers || place != 0) && !codebook_.files[place].id.Empty();
+  }
+
+  NewElement NewFileNote() const {
+    return NewNote(element::varGrp, kFileNote, codebook_.files[writing_.file.place].id.String());
+  }
+
+  NewElement NewGroup(const Written& written, SetKind kind, const std::string& prefix) {
+    const VariableSet& set = *written.set;
     NewElement group{.element = element::varGrp};
-    group.attributes = {
-        {"ID", writing_.ids.Make(set.name)}, {"type", type}, {"name", set.name.String()}};
+    const bool isMultiple = kind == SetKind::MultipleResponse;
+    group.attributes = {{"ID", written.id},
+                        {"type", isMultiple         ? "multipleResp"
+                                 : set.type.Empty() ? "other"
+                                                    : set.type.String()}};
+    if (!set.isNamedByLabel) group.attributes.emplace_back("name", set.name.String());
     const std::vector<std::string> ids = MemberIds(set);
     if (!ids.empty()) group.attributes.emplace_back("var", JoinTokens(ids));
-    if (set.label) {
-      group.children.push_back({.element = element::labl, .text = set.label->String()});
+    if (set.isNamedByLabel) {
+      AddNamingLabels(group, set.name, set.languages, codebook_.languages);
+    } else {
+      AddLabels(group, "", set.label, set.languages, codebook_.languages);
     }
+    if (set.brought) AddBrought(*set.brought, prefix, group);
+    if (ids.empty() && NeedsFileNote(false)) group.children.push_back(NewFileNote());
+    SortChildren(group, document_.Scopes().Words());
     return group;
+  }
+
+  void AddBrought(const BroughtSet& brought, const std::string& prefix, NewElement& group) {
+    std::vector<std::string> subsets;
+    for (const auto& [kind, name] : brought.subsets) {
+      const std::string id = IdOf(kind, name);
+      if (!id.empty()) subsets.push_back(id);
+    }
+    if (!subsets.empty()) group.attributes.emplace_back("varGrp", JoinTokens(subsets));
+    for (const std::string& markup : brought.documentation) {
+      for (NewElement& added : NewDocumentation(markup, prefix)) {
+        group.children.push_back(std::move(added));
+      }
+    }
+  }
+
+  // The ID of a set that is written; empty where there is no such set, or it has no ID.
+  std::string IdOf(SetKind kind, std::string_view name) {
+    if (idsByName_.empty()) {
+      for (const SetKind of : kSetKinds) {
+        for (const Written& written : WrittenOf(of)) {
+          idsByName_.emplace(std::pair(of, written.set->name.View()), written.id);
+        }
+      }
+    }
+    const auto found = idsByName_.find(std::pair(kind, name));
+    return found == idsByName_.end() ? std::string() : found->second;
   }
 
   std::vector<std::string> MemberIds(const VariableSet& set) const {
@@ -219,7 +219,7 @@ class SetWriter {
     return ids;
   }
 
-  // The IDs that the file's variables were read with.
+  // The IDs that the file's variables were read with, and those of all variables.
   const std::unordered_set<std::string>& OwnIds() {
     if (ownIds_.empty()) {
       for (const std::size_t place : writing_.file.variablePlaces) {
@@ -228,42 +228,52 @@ class SetWriter {
     }
     return ownIds_;
   }
+  const std::unordered_set<std::string>& AllIds() {
+    if (allIds_.empty()) {
+      for (const Codebook::Variable& variable : codebook_.variables) {
+        allIds_.insert(variable.id.String());
+      }
+    }
+    return allIds_;
+  }
 
   const SetWriting& writing_;
   const Codebook& codebook_;
   const Document& document_;
-  std::vector<GroupPlan> plans_;
-  Edits edits_;
+  Editor editor_;
+  std::array<std::vector<Written>, kSetKinds.size()> written_;
+  std::map<std::pair<SetKind, std::string_view>, std::string> idsByName_;
   std::vector<NewElement> unplaced_;
   std::unordered_set<std::string> ownIds_;
+  std::unordered_set<std::string> allIds_;
   std::unordered_set<std::string> goneIds_;  // of the groups that go
-  std::vector<Reference> references_;        // to them, in groups
 };
 
 }  // namespace
 
-GroupReading ReadGroup(Element varGrp, TextArena& texts) {
+GroupReading ReadGroup(Element varGrp, LabelReader& labels, TextArena& texts) {
   GroupReading reading;
   VariableSet& set = reading.set;
   reading.id = texts.Add(Trim(varGrp.Attribute("ID")));
   reading.members = texts.Add(varGrp.Attribute("var"));
+  reading.subsets = texts.Add(varGrp.Attribute("varGrp"));
+  if (const Element note = FindNote(varGrp, kFileNote))
+    reading.file = texts.AddCollapsed(note.Text());
   set.type = texts.Add(varGrp.Attribute("type"));
   reading.kind = set.type == "multipleResp" ? SetKind::MultipleResponse : SetKind::Variables;
   set.name = texts.AddCollapsed(varGrp.Attribute("name"));
-  const Element labl = varGrp.Child(element::labl);
-  Text label = texts.AddCollapsed(labl.Text());
-  if (set.name.Empty() && !label.Empty()) {
-    set.name = std::move(label);
-    return reading;
+  set.isNamedByLabel = set.name.Empty();
+  Element label = labels.Find(varGrp);
+  if (!label && set.isNamedByLabel) label = labels.FindFirst(varGrp);
+  set.languages = labels.LanguagesOf(varGrp, label, texts);
+  if (!label) return reading;
+  const Text text = texts.AddCollapsed(label.Text());
+  if (set.isNamedByLabel) {
+    set.name = text;
+  } else {
+    set.label = text;
   }
-  if (set.name.Empty()) set.name = texts.AddCollapsed(varGrp.Attribute("ID"));
-  if (labl) set.label = std::move(label);
   return reading;
-}
-
-bool IsSetOf(const Codebook& codebook, std::size_t group, std::size_t file, SetKind kind) {
-  const Codebook::Group& at = codebook.groups[group];
-  return at.reading.IsSet() && at.file == file && at.reading.kind == kind;
 }
 
 SetEdits WriteSets(const SetWriting& writing) { return SetWriter(writing).Write(); }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/Codebook/Labels.h"
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Dictionary/Dictionary.h"
 #include "standalone/Text/Text.h"
@@ -27,14 +28,13 @@ struct GroupReading {
   VariableSet set;
   Text id;
   Text members;  // @var: IDs
+  Text subsets;  // @varGrp: IDs
+  Text file;     // the ID of the file that a note names; empty where none does
 
-  // A group without a name, a label and an ID is no set: nothing could tell it from others.
+  // A group without a name and a label is no set: nothing could tell it from others.
   bool IsSet() const { return !set.name.Empty(); }
 };
-GroupReading ReadGroup(Element varGrp, TextArena& texts);
-
-// Whether a group is in the dictionary of a file, as one of its sets of the kind.
-bool IsSetOf(const Codebook& codebook, std::size_t group, std::size_t file, SetKind kind);
+GroupReading ReadGroup(Element varGrp, LabelReader& labels, TextArena& texts);
 
 // What the writing of sets needs of the writer of the document.
 struct SetWriting {
@@ -51,7 +51,7 @@ struct SetWriting {
 // changed, and to references to those that go.
 struct SetEdits {
   Edits edits;
-  // The elements that have no place among those that stay: they go where the standard has them.
+  // The elements that have no place behind others of the file: they go where the standard has them.
   std::vector<NewElement> unplaced;
 };
 SetEdits WriteSets(const SetWriting& writing);

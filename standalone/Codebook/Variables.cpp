@@ -12,14 +12,18 @@
 #include "standalone/Codebook/Documentation.h"
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Codebook/Formats.h"
+#include "standalone/Codebook/Labels.h"
 #include "standalone/Codebook/Missing.h"
 #include "standalone/Codebook/Notes.h"
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Text/Numbers.h"
+#include "standalone/Text/Tokens.h"
 #include "standalone/Text/Utf8.h"
 
 namespace velahost {
 namespace {
+
+constexpr std::string_view kLabelLevel = "variable";
 
 // The attributes of a var that are read, in this order.
 enum VarAttribute : std::size_t { kName, kId, kFiles, kWeight, kNature };
@@ -81,25 +85,15 @@ std::vector<Text> ReadLocations(Element var, TextArena& texts) {
   return ids;
 }
 
-void WriteLabel(Element var, const Variable& now, Editor& editor) {
-  const Element labl = var.Child(element::labl);
-  if (!labl) {
-    editor.Insert(var, {.element = element::labl, .text = now.label.value_or(Text()).String()});
-  } else if (!now.label) {
-    editor.Remove(labl);
-  } else {
-    editor.SetText(labl, *now.label);
+// Adds what has been brought of the kinds that the variable lacked.
+void WriteDocumentation(Element var, const Variable& read, const Variable& now, Editor& editor) {
+  if (!now.brought) return;
+  for (const DocumentationElement& element : now.brought->documentation) {
+    if (read.documented.Has(element.kind)) continue;
+    for (const NewElement& added : NewDocumentation(element.markup, var.Prefix())) {
+      editor.Insert(var, added);
+    }
   }
-}
-
-// Brings new children into the standard's order.
-void SortChildren(NewElement& var) {
-  const auto order = CodebookVocabulary().ChildOrder(element::var);
-  const auto rankOf = [order](const NewElement& child) {
-    return std::find(order.begin(), order.end(), child.element) - order.begin();
-  };
-  std::stable_sort(var.children.begin(), var.children.end(),
-                   [&](const NewElement& a, const NewElement& b) { return rankOf(a) < rankOf(b); });
 }
 
 }  // namespace
@@ -112,7 +106,8 @@ std::shared_ptr<Variable> VariablePool::Add() {
   return {block_, &(*block_)[used_++]};
 }
 
-VariableReading ReadVariable(Element var, VariablePool& variables, TextArena& texts) {
+VariableReading ReadVariable(Element var, VariablePool& variables, LabelReader& labels,
+                             TextArena& texts) {
   VariableReading reading;
   reading.variable = variables.Add();
   Variable& variable = *reading.variable;
@@ -121,21 +116,28 @@ VariableReading ReadVariable(Element var, VariablePool& variables, TextArena& te
   std::string upperCase = UpperCase(variable.name);
   variable.upperCaseName =
       variable.name == std::string_view(upperCase) ? variable.name : texts.Add(upperCase);
-  variable.type = ReadType(var);
-  variable.alignment = DefaultAlignment(variable.type);
-  const std::vector<CategoryReading> categories = ReadCategories(var, variable.type, texts);
-
-  if (const Element labl = var.Child(element::labl)) {
-    variable.label = texts.AddCollapsed(labl.Text());
-  }
-  reading.longCategoriesNotRead = TakeValueLabels(categories, variable, texts);
-  auto missing = ReadMissing(var, variable.type, categories, texts);
-  reading.missingNotRead = !missing;
-  if (missing) variable.missing = std::move(*missing);
   ReadFormats(var, variable, texts);
+  variable.alignment = DefaultAlignment(variable.type);
+
+  labels.LookForFirst(var);
+  const Element label = labels.Find(var);
+  if (label) variable.label = texts.AddCollapsed(label.Text());
+  variable.labelLanguages = labels.LanguagesOf(var, label, texts);
+  const std::vector<CategoryReading> categories =
+      ReadCategories(var, variable.type, labels.Languages(), texts);
+  TakeValueLabels(categories, variable, labels, texts);
+  for (const CategoryReading& category : categories) {
+    if (!category.label) continue;
+    if (!category.hasValue) ++reading.valuelessCategories;
+    reading.hasTooLongCategory |= category.hasValue && !category.fits && !variable.IsNumeric();
+  }
+  auto missing = ReadMissing(var, variable.type, categories, texts);
+  reading.hasOtherMissing = !missing;
+  if (missing) variable.missing = std::move(*missing);
   variable.level = LevelOf(attributes[kNature]);
   ReadNotes(var, variable);
   variable.attributes = ReadAttributes(var, texts);
+  variable.documented = DocumentedIn(var);
 
   reading.id = texts.Add(Trim(attributes[kId]));
   reading.weights = attributes[kWeight].View() == "wgt";
@@ -145,14 +147,15 @@ VariableReading ReadVariable(Element var, VariablePool& variables, TextArena& te
 }
 
 void WriteVariable(Element var, const Variable& read, const Variable& now, PropertySet changed,
-                   Editor& editor) {
-  if (changed.Has(Property::Label)) WriteLabel(var, now, editor);
-  std::optional<std::size_t> longestCategory;
+                   const Languages& languages, Editor& editor) {
+  if (changed.Has(Property::Label) && now.label) {
+    WriteLabel(var, kLabelLevel, *now.label, now.labelLanguages, languages, editor);
+  }
   if (changed.Has(Property::ValueLabels) || changed.Has(Property::Missing)) {
-    longestCategory = WriteCategories(var, read, now, changed, editor);
+    WriteCategories(var, now, changed, languages, editor);
   }
   if (changed.Has(Property::Missing)) WriteMissing(var, now, editor);
-  WriteFormats(var, now, changed, longestCategory, editor);
+  WriteFormats(var, now, changed, editor);
   if (changed.Has(Property::Level)) editor.SetAttribute(var, "nature", NatureOf(now.level));
   if (changed.Has(Property::ColumnWidth)) {
     WriteNote(var, kColumnWidthNote, ColumnWidthNote(now), editor);
@@ -160,23 +163,31 @@ void WriteVariable(Element var, const Variable& read, const Variable& now, Prope
   if (changed.Has(Property::Role)) WriteNote(var, kRoleNote, RoleNote(now), editor);
   if (changed.Has(Property::Alignment)) WriteNote(var, kAlignmentNote, AlignmentNote(now), editor);
   if (changed.Has(Property::Attributes)) WriteAttributes(now.attributes, var, editor);
+  if (changed.Has(Property::Documentation)) WriteDocumentation(var, read, now, editor);
 }
 
-NewElement NewVariable(const Variable& variable, const std::string& id, const std::string& fileId,
-                       bool weights, const Layout& layout) {
+NewElement NewVariable(const Variable& variable, const NewVariablePlace& place,
+                       const Languages& languages) {
+  static const Brought kNothing;
+  const Brought& brought = variable.brought ? *variable.brought : kNothing;
   NewElement var{.element = element::var};
-  var.attributes = {{"ID", id}, {"name", variable.name.String()}};
-  if (!fileId.empty()) var.attributes.emplace_back("files", fileId);
-  if (weights) var.attributes.emplace_back("wgt", "wgt");
-  if (variable.level != Level::None) {
-    var.attributes.emplace_back("nature", NatureOf(variable.level));
-  }
+  var.attributes = {{"ID", place.id}, {"name", variable.name.String()}};
+  const auto add = [&var](const char* name, std::string value) {
+    if (!value.empty()) var.attributes.emplace_back(name, std::move(value));
+  };
+  add("files", place.files);
+  if (place.weights) add("wgt", "wgt");
+  add("wgt-var", JoinTokens(place.weightIds));
+  add("intrvl", brought.interval.String());
+  if (variable.level != Level::None) add("nature", NatureOf(variable.level));
 
-  if (variable.label) {
-    var.children.push_back({.element = element::labl, .text = variable.label->String()});
+  if (!place.locationFile.empty()) {
+    var.children.push_back(
+        {.element = element::location, .attributes = {{"fileid", place.locationFile}}});
   }
+  AddLabels(var, kLabelLevel, variable.label, variable.labelLanguages, languages);
   AddMissing(variable, var);
-  AddCategories(variable, var);
+  AddCategories(variable, languages, var);
   AddFormats(variable, var);
   const std::pair<std::string_view, std::optional<std::string>> notes[] = {
       {kColumnWidthNote, ColumnWidthNote(variable)},
@@ -186,8 +197,12 @@ NewElement NewVariable(const Variable& variable, const std::string& id, const st
     if (text) var.children.push_back(NewNote(element::var, type, *text));
   }
   AddAttributes(variable.attributes, var);
-  AddDocumentation(variable.documentation, layout, var);
-  SortChildren(var);
+  for (const DocumentationElement& element : brought.documentation) {
+    for (NewElement& added : NewDocumentation(element.markup, place.prefix)) {
+      var.children.push_back(std::move(added));
+    }
+  }
+  SortChildren(var, CodebookVocabulary());
   return var;
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/Codebook/Labels.h"
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Dictionary/Variable.h"
 #include "standalone/Text/Text.h"
@@ -22,11 +23,14 @@ namespace velahost {
 struct VariableReading {
   std::shared_ptr<Variable> variable;  // of an empty name where there is neither a name nor an ID
   Text id;
-  Text files;                          // @files: IDs
-  std::vector<Text> locations;         // each location/@fileid: one ID
-  bool weights = false;                // wgt="wgt"
-  bool missingNotRead = false;         // more or other missing values than the dictionary can hold
-  bool longCategoriesNotRead = false;  // labels of values that are longer than the string
+  Text files;                   // @files: IDs
+  std::vector<Text> locations;  // each location/@fileid: one ID
+  bool weights = false;         // wgt="wgt"
+  // What is not in the dictionary: missing values that no such variable can have, labels of values
+  // that are longer than the string, and labels of no value.
+  bool hasOtherMissing = false;
+  bool hasTooLongCategory = false;
+  std::size_t valuelessCategories = 0;
 };
 
 // Makes room for variables that are read together, so that they lie together.
@@ -43,15 +47,26 @@ class VariablePool {
   std::size_t used_ = kInBlock;  // of the block
 };
 
-VariableReading ReadVariable(Element var, VariablePool& variables, TextArena& texts);
+VariableReading ReadVariable(Element var, VariablePool& variables, LabelReader& labels,
+                             TextArena& texts);
 
 // Edits a var, which was read as `read`, so that it reads as the variable is now, which differs in
 // the properties that have changed. What reads so already is not touched.
 void WriteVariable(Element var, const Variable& read, const Variable& now, PropertySet changed,
-                   Editor& editor);
+                   const Languages& languages, Editor& editor);
+
+// What the var of a variable that has been added says of its place in the document.
+struct NewVariablePlace {
+  std::string id;
+  std::string files;         // as @files; may be empty
+  std::string locationFile;  // the file that a location names; may be empty
+  bool weights = false;
+  std::vector<std::string> weightIds;  // of the variables by which it is weighted
+  std::string prefix;                  // of the standard's elements there, with its colon
+};
 
 // The var of a variable that has been added.
-NewElement NewVariable(const Variable& variable, const std::string& id, const std::string& fileId,
-                       bool weights, const Layout& layout);
+NewElement NewVariable(const Variable& variable, const NewVariablePlace& place,
+                       const Languages& languages);
 
 }  // namespace velahost

@@ -1,6 +1,7 @@
 #include "standalone/Dictionary/Changes.h"
 
 #include <algorithm>
+#include <array>
 
 namespace velahost {
 namespace {
@@ -37,6 +38,8 @@ constexpr std::array<Row<Property, Variable>, kItemCount<Property>> kProperties 
      [](const Variable& a, const Variable& b) {
        return SameAttributes(a.attributes, b.attributes);
      }},
+    {Property::Documentation, "documentation",
+     [](const Variable& a, const Variable& b) { return a.documented == b.documented; }},
 }};
 
 constexpr std::array<Row<FileItem, FileItems>, kItemCount<FileItem>> kFileItems = {{

@@ -5,10 +5,21 @@
 namespace velahost {
 
 bool SameSets(const std::vector<VariableSet>& a, const std::vector<VariableSet>& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](const VariableSet& x, const VariableSet& y) {
-                      return x.name == y.name && x.label == y.label && x.members == y.members;
-                    });
+  const auto isSame = [](const VariableSet& x, const VariableSet& y) {
+    return x.name == y.name && x.label == y.label && x.members == y.members;
+  };
+  if (a.size() != b.size()) return false;
+  if (std::equal(a.begin(), a.end(), b.begin(), isSame)) return true;
+  const auto byName = [](const std::vector<VariableSet>& sets) {
+    std::vector<const VariableSet*> sorted;
+    for (const VariableSet& set : sets) sorted.push_back(&set);
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const auto* x, const auto* y) { return x->name < y->name; });
+    return sorted;
+  };
+  const auto sortedA = byName(a);
+  return std::equal(sortedA.begin(), sortedA.end(), byName(b).begin(),
+                    [&](const auto* x, const auto* y) { return isSame(*x, *y); });
 }
 
 }  // namespace velahost

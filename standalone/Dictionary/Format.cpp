@@ -12,16 +12,6 @@ namespace {
 
 constexpr bool IsAsciiLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
-// The formats of strings.
-const Text& LettersA() {
-  static const Text letters("A");
-  return letters;
-}
-const Text& LettersHex() {
-  static const Text letters("HEX");
-  return letters;
-}
-
 }  // namespace
 
 std::optional<int> Format::StringWidth() const {
@@ -58,13 +48,17 @@ std::string TextOf(const Format& format) {
   return text;
 }
 
+Format StringFormat(int width) {
+  static const Text letters("A");
+  return {letters, width, 0};
+}
+
 std::optional<Format> FormatFor(const std::optional<Format>& stated, int type) {
-  if (type > 0) {
-    const bool isHex = stated && stated->letters == "HEX";
-    return isHex ? Format{LettersHex(), 2 * type, 0} : Format{LettersA(), type, 0};
-  }
-  if (!stated || stated->IsOfStrings()) return std::nullopt;
-  return stated;
+  if (!stated || stated->IsOfStrings() != (type > 0)) return std::nullopt;
+  if (type == 0) return stated;
+  const int width = stated->letters == "HEX" ? 2 * type : type;
+  if (width > kMostWidth) return std::nullopt;
+  return Format{stated->letters, width, 0};
 }
 
 }  // namespace velahost

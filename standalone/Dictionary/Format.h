@@ -25,8 +25,8 @@ struct Format {
 inline constexpr int kLeastWidth = 1;
 inline constexpr int kMostWidth = 32767;
 
-// The width of what states none.
-inline constexpr int kDefaultWidth = 8;
+// What a string counts as that states no width, in bytes.
+inline constexpr int kDefaultWidth = 255;
 
 // The format that a text such as "F8.2" spells: letters, a width, and decimals after a point.
 // Nothing if it spells none. The letters are a text of the arena's.
@@ -34,9 +34,11 @@ std::optional<Format> ReadFormat(std::string_view text, TextArena& texts);
 // The text that reads as the format.
 std::string TextOf(const Format& format);
 
-// The format that a variable of the type has where this one is stated: a string's is A or HEX at
-// its own width, A where none is stated; a number has the one stated, or nothing where that is of
-// strings or there is none.
+// The format A of a string of that width.
+Format StringFormat(int width);
+
+// The format that a variable of the type has where this one is stated: a string has A or HEX at its
+// own width, a number any other. Nothing where the variable cannot have it, or none is stated.
 std::optional<Format> FormatFor(const std::optional<Format>& stated, int type);
 
 }  // namespace velahost

@@ -6,6 +6,26 @@
 
 namespace velahost {
 
+namespace {
+
+template <class Value>
+bool AreSameValues(const std::vector<Value>& a, const std::vector<Value>& b) {
+  if (a.size() != b.size()) return false;
+  if (a == b) return true;
+  std::vector<Value> sortedA = a;
+  std::vector<Value> sortedB = b;
+  std::sort(sortedA.begin(), sortedA.end());
+  std::sort(sortedB.begin(), sortedB.end());
+  return sortedA == sortedB;
+}
+
+}  // namespace
+
+bool MissingValues::operator==(const MissingValues& other) const {
+  return range == other.range && AreSameValues(numbers, other.numbers) &&
+         AreSameValues(strings, other.strings);
+}
+
 int MissingValues::Count() const {
   const auto singles = static_cast<int>(numbers.size() + strings.size());
   return range ? -(2 + singles) : singles;

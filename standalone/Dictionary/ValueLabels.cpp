@@ -66,6 +66,13 @@ void ValueLabels::Add(ValueLabel pair) {
   }
 }
 
+bool ValueLabels::operator==(const ValueLabels& other) const {
+  const auto isSame = [this](const ValueLabel& a, const ValueLabel& b) {
+    return (IsNumeric() ? a.number == b.number : a.string == b.string) && a.label == b.label;
+  };
+  return type_ == other.type_ && std::equal(begin(), end(), other.begin(), other.end(), isSame);
+}
+
 SharedValueLabels AtWidth(const SharedValueLabels& set, int width) {
   auto converted = std::make_shared<ValueLabels>(width);
   converted->Reserve(set->Size());
@@ -77,7 +84,7 @@ SharedValueLabels AtWidth(const SharedValueLabels& set, int width) {
     }
     Text cut(TrimTrailingBlanks(pair.string.View().substr(0, most)));
     if (converted->Find(cut.View()) == nullptr) {
-      converted->Add({pair.number, std::move(cut), pair.label});
+      converted->Add({pair.number, std::move(cut), pair.label, pair.languages});
     }
   }
   return converted;

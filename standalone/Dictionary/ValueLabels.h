@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "standalone/Dictionary/LabelLanguages.h"
 #include "standalone/Text/Text.h"
 
 namespace velahost {
@@ -12,14 +13,11 @@ namespace velahost {
 // A value and its label.
 struct ValueLabel {
   double number = 0;  // of a numeric variable
-  Text string;        // of a string variable, without the blanks at its end
+  // Of a string variable the value, without the blanks at its end; of a numeric one how the
+  // document spells the number, empty where that is the shortest way.
+  Text string;
   Text label;
-
-  bool operator==(const ValueLabel&) const = default;
-  // Whether it labels the same value as the other one.
-  bool HasValueOf(const ValueLabel& other) const {
-    return number == other.number && string == other.string;
-  }
+  LabelLanguages languages = {};
 };
 
 // A set of value labels: pairs in the order in which they were added, no value twice. Once it is
@@ -54,10 +52,9 @@ class ValueLabels {
   // Adds a pair at the end. REQUIRES: the set does not have the value.
   void Add(ValueLabel pair);
 
-  // The same type, and the same pairs in the same order.
-  bool operator==(const ValueLabels& other) const {
-    return type_ == other.type_ && pairs_ == other.pairs_;
-  }
+  // The same type, and the same values and labels in the same order. Spellings and languages do not
+  // count.
+  bool operator==(const ValueLabels& other) const;
 
  private:
   int type_;

@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "standalone/Dictionary/Attributes.h"
+#include "standalone/Dictionary/Documentation.h"
 #include "standalone/Dictionary/Format.h"
+#include "standalone/Dictionary/LabelLanguages.h"
 #include "standalone/Dictionary/MissingValues.h"
 #include "standalone/Dictionary/ValueLabels.h"
 #include "standalone/Text/Text.h"
@@ -34,7 +36,7 @@ constexpr Alignment DefaultAlignment(int type) {
 struct Category {
   double number = 0;  // of a numeric variable
   Text string;        // of a string variable, without the blanks at its end
-  std::optional<Text> label;
+  bool hasLabel = false;
 };
 
 // A variable of a dictionary: a plain value. Where it stands in a document is the document's to
@@ -43,12 +45,15 @@ struct Variable {
   Text name;  // at most kNameBytes
   Text upperCaseName;
   int type = 0;  // 0: a number; else a string of that width in bytes
+  // Whether the document says the width of a string, rather than that it counts as so wide.
+  bool hasStatedWidth = false;
 
   std::optional<Text> label;
+  LabelLanguages labelLanguages;
   SharedValueLabels valueLabels;  // of the variable's type; null rather than empty
   MissingValues missing;
-  Format print;
-  Format write;
+  std::optional<Format> print;  // nothing where none is stated
+  std::optional<Format> write;
   short columnWidth = 0;
   Level level = Level::None;
   Role role = Role::Input;
@@ -58,8 +63,9 @@ struct Variable {
   // The categories of the document that the variable was read from, where they are more than its
   // value labels (categories without a label, values that stand twice); null otherwise.
   std::shared_ptr<const std::vector<Category>> categories;
-  // What documents the question of a variable that has been added, as markup in UTF-8.
-  Text documentation;
+  // The kinds of what documents the variable, in its document or brought from another one.
+  DocumentationSet documented;
+  std::shared_ptr<const Brought> brought;  // null for most
 
   // Names the variable: the whole characters of the name that fit into kNameBytes.
   void SetName(std::string_view newName);

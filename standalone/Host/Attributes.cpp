@@ -1,4 +1,4 @@
-#include "standalone/Dictionary/Attributes.h"
+#include "standalone/Host/Attributes.h"
 
 #include <iterator>
 #include <memory>
@@ -11,24 +11,44 @@
 using velahost::Attribute;
 using velahost::Called;
 using velahost::CustomAttributes;
+using velahost::DocumentationElement;
+using velahost::DocumentationPart;
+using velahost::DocumentationSet;
 using velahost::Released;
-
-struct DatasourceAttributes::Impl {
-  CustomAttributes attributes;
-};
 
 const CustomAttributes& HostAccess::Of(const DatasourceAttributes& attributes) {
   static const CustomAttributes none;
   return attributes.impl_ ? attributes.impl_->attributes : none;
 }
 
+const std::vector<DocumentationPart>& HostAccess::DocumentationOf(
+    const DatasourceAttributes& attributes) {
+  static const std::vector<DocumentationPart> none;
+  return attributes.impl_ ? attributes.impl_->documentation : none;
+}
+
 std::unique_ptr<DatasourceAttributes> HostAccess::MakeAttributes(
-    const CustomAttributes& attributes) {
-  if (attributes.empty()) return nullptr;
+    const CustomAttributes& attributes, const DocumentationPart& documentation) {
+  if (attributes.empty() && documentation.kinds.Empty()) return nullptr;
   auto made = std::make_unique<DatasourceAttributes>();
-  made->impl_ =
-      std::make_unique<DatasourceAttributes::Impl>(DatasourceAttributes::Impl{attributes});
+  made->impl_ = std::make_unique<DatasourceAttributes::Impl>();
+  made->impl_->attributes = attributes;
+  if (!documentation.kinds.Empty()) made->impl_->documentation.push_back(documentation);
   return made;
+}
+
+std::vector<DocumentationElement> velahost::ElementsOf(const DocumentationPart& part) {
+  std::vector<DocumentationElement> elements;
+  DocumentationSet inFile;
+  if (part.file) {
+    elements = DocumentationOf(*part.file, part.column, part.kinds);
+    for (const DocumentationElement& element : elements) inFile.Add(element.kind);
+  }
+  if (!part.brought) return elements;
+  for (const DocumentationElement& element : part.brought->documentation) {
+    if (part.kinds.Has(element.kind) && !inFile.Has(element.kind)) elements.push_back(element);
+  }
+  return elements;
 }
 
 // Not shown to the observer of calls: the host makes its own sets by it, and the library only makes
@@ -54,23 +74,37 @@ DatasourceAttributes::~DatasourceAttributes() {
 
 int DatasourceAttributes::Size() const {
   Called("DatasourceAttributes::Size");
-  return static_cast<int>(HostAccess::Of(*this).size());
+  std::size_t size = HostAccess::Of(*this).size();
+  for (const DocumentationPart& part : HostAccess::DocumentationOf(*this)) {
+    size += part.kinds.Items().size();
+  }
+  return static_cast<int>(size);
 }
 
 // This set wins, whatever the flag: what the other one has besides is added.
 bool DatasourceAttributes::Merge(const DatasourceAttributes& other, bool /*flag*/) {
   Called("DatasourceAttributes::Merge");
-  const CustomAttributes& theirs = HostAccess::Of(other);
-  if (theirs.empty() || &other == this) return false;
+  if (!other.impl_ || &other == this) return false;
   if (!impl_) impl_ = std::make_unique<Impl>();
   CustomAttributes& own = impl_->attributes;
   velahost::AttributeIndex index(own);
   CustomAttributes missing;
-  for (const Attribute& attribute : theirs) {
+  for (const Attribute& attribute : other.impl_->attributes) {
     if (index.Find(attribute.name) == nullptr) missing.push_back(attribute);
   }
-  if (missing.empty()) return false;
+  velahost::DocumentationSet known;
+  for (const DocumentationPart& part : impl_->documentation) known.Add(part.kinds);
+  std::vector<DocumentationPart> parts;
+  for (const DocumentationPart& part : other.impl_->documentation) {
+    parts.push_back(part);
+    parts.back().kinds = part.kinds.Without(known);
+    if (parts.back().kinds.Empty()) parts.pop_back();
+    known.Add(part.kinds);
+  }
+  if (missing.empty() && parts.empty()) return false;
   own.reserve(own.size() + missing.size());
+  impl_->documentation.reserve(impl_->documentation.size() + parts.size());
   std::move(missing.begin(), missing.end(), std::back_inserter(own));
+  std::move(parts.begin(), parts.end(), std::back_inserter(impl_->documentation));
   return true;
 }

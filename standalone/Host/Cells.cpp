@@ -1,14 +1,39 @@
 #include "standalone/Host/Cells.h"
 
 #include <cstring>
+#include <new>
 
 #include "standalone/Text/Utf8.h"
 
 namespace velahost {
 
-const OBS* CellOf(const double& number) { return reinterpret_cast<const OBS*>(&number); }
+// The origin stands before the bytes. A string has a zero byte after them, so that it tells where
+// it ends: no value holds one.
 
-const OBS* CellOf(const std::string& text) { return reinterpret_cast<const OBS*>(text.c_str()); }
+void Cell::Reserve(std::size_t bytes, Origin origin) {
+  room_.resize(sizeof(Origin) + bytes);
+  new (room_.data()) Origin(origin);
+}
+
+void Cell::SetNumber(double number, Origin origin) {
+  Reserve(sizeof number, origin);
+  std::memcpy(room_.data() + sizeof(Origin), &number, sizeof number);
+}
+
+void Cell::SetString(std::string_view text, int width, Origin origin) {
+  const std::string filled = AtWidth(text, width);
+  Reserve(filled.size() + 1, origin);
+  std::memcpy(room_.data() + sizeof(Origin), filled.c_str(), filled.size() + 1);
+}
+
+const OBS* Cell::Address() const {
+  return reinterpret_cast<const OBS*>(room_.data() + sizeof(Origin));
+}
+
+const Cell::Origin& OriginOf(const OBS* cell) {
+  return *reinterpret_cast<const Cell::Origin*>(reinterpret_cast<const std::byte*>(cell) -
+                                                sizeof(Cell::Origin));
+}
 
 double NumberIn(const OBS* cell) {
   double number = 0;

@@ -1,26 +1,50 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/Data.h"
-#include "standalone/Text/Text.h"
+#include "standalone/Dictionary/MissingValues.h"
+#include "standalone/Dictionary/ValueLabels.h"
 
-// Value cells of the standalone host: a number's cell is a double, a string's its bytes with a zero
-// byte after them. So a string's cell tells where it ends: who is told no width reads up to the
-// zero byte and never past it. No value holds a zero byte.
+// The value cells that the host gives to the library. The library sees no more of a cell than the
+// bytes of a string, which stand at its address; the host finds there also where the value comes
+// from.
 
 namespace velahost {
 
-// The cell of a number; it lives as long as the number.
-const OBS* CellOf(const double& number);
-// The cell of a string; it lives as long as the string is unchanged.
-const OBS* CellOf(const std::string& text);
+// A value cell. It lives as long as this object, and until it is set again.
+class Cell {
+ public:
+  // What the value comes from, besides the value itself; both may be null, and outlive the cell.
+  struct Origin {
+    const MissingValues* missing = nullptr;
+    const ValueLabel* pair = nullptr;
+  };
 
+  void SetNumber(double number, Origin origin);
+  // The string filled with blanks, or cut, to the width.
+  void SetString(std::string_view text, int width, Origin origin);
+
+  // The address that the library is given. REQUIRES: the cell has been set.
+  const OBS* Address() const;
+
+ private:
+  void Reserve(std::size_t bytes, Origin origin);
+
+  std::vector<std::byte> room_;
+};
+
+// What a cell that the library gives back holds.
+const Cell::Origin& OriginOf(const OBS* cell);
 double NumberIn(const OBS* cell);
-// The string in the cell, of at most that width, without the blanks at its end.
+// Of a value that is so wide, without the blanks at its end.
 std::string_view StringIn(const OBS* cell, int width);
-// The text at the given width in bytes: filled with blanks or cut.
+
+// The text filled with blanks, or cut, to the width.
 std::string AtWidth(std::string_view text, int width);
 
 }  // namespace velahost

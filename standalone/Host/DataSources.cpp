@@ -18,7 +18,7 @@ using velahost::Released;
 using velahost::Text;
 
 VELA_DataSource::Impl::Impl(const std::shared_ptr<const velahost::CodebookFile>& file)
-    : items(file->dictionary.file) {
+    : items(file->dictionary.file), readFrom(file) {
   for (std::size_t column = 0; column < file->dictionary.variables.size(); ++column) {
     auto variable = std::make_unique<VELA_Variable::Impl>();
     variable->now = file->dictionary.variables[column];
@@ -29,7 +29,8 @@ VELA_DataSource::Impl::Impl(const std::shared_ptr<const velahost::CodebookFile>&
   namesOf_ = file;
 }
 
-VELA_DataSource::Impl::Impl(const Impl& other) : items(other.items), namesOf_(other.namesOf_) {
+VELA_DataSource::Impl::Impl(const Impl& other)
+    : items(other.items), readFrom(other.readFrom), namesOf_(other.namesOf_) {
   for (const VELA_Variable& variable : other.variables) {
     Append(std::make_unique<VELA_Variable::Impl>(HostAccess::Of(variable)));
   }
@@ -152,13 +153,39 @@ void VELA_DataSource::SetExtension(int number, Extension extension) {
 
 namespace {
 
+// What a variable brings besides its dictionary: from the document that it was read from, and what
+// it has been given.
+velahost::Brought BroughtBy(const VELA_Variable::Impl& variable) {
+  velahost::Brought brought;
+  if (variable.file) brought = BroughtWith(*variable.file, variable.column);
+  if (!variable.now->brought) return brought;
+  const velahost::Brought& given = *variable.now->brought;
+  velahost::DocumentationSet inFile;
+  for (const velahost::DocumentationElement& element : brought.documentation) {
+    inFile.Add(element.kind);
+  }
+  for (const velahost::DocumentationElement& element : given.documentation) {
+    if (!inFile.Has(element.kind)) brought.documentation.push_back(element);
+  }
+  if (brought.interval.Empty()) brought.interval = given.interval;
+  if (brought.weightNames.empty()) brought.weightNames = given.weightNames;
+  return brought;
+}
+
 // What a new column keeps of the variable: all that the variable says, and of the document that it
-// was read from what documents the question, but no place there.
+// was read from what goes with it, but no place there.
 std::unique_ptr<VELA_Variable::Impl> ColumnOf(const VELA_Variable::Impl& inserted) {
   auto variable = std::make_shared<velahost::Variable>(*inserted.now);
   variable->categories = nullptr;
-  if (inserted.file) {
-    variable->documentation = DocumentationOf(*inserted.file, inserted.column);
+  velahost::Brought brought = BroughtBy(inserted);
+  for (const velahost::DocumentationElement& element : brought.documentation) {
+    if (!IsOfNewVariables(element.kind)) variable->documented.Add(element.kind);
+  }
+  variable->brought = std::make_shared<const velahost::Brought>(std::move(brought));
+  // The width of a string is written as its format.
+  if (!variable->IsNumeric() && variable->hasStatedWidth && !variable->print) {
+    variable->print = velahost::StringFormat(variable->type);
+    if (!variable->write) variable->write = variable->print;
   }
   auto column = std::make_unique<VELA_Variable::Impl>();
   column->now = std::move(variable);

@@ -18,6 +18,9 @@ struct VELA_DataSource::Impl {
   // What the reading operation of the attributes returns a reference to; made when it is asked for.
   mutable std::unique_ptr<DatasourceAttributes> attributes;
 
+  // The file that its sets were read from; null for none.
+  std::shared_ptr<const velahost::CodebookFile> readFrom;
+
   // The data source of a file as it was read.
   explicit Impl(const std::shared_ptr<const velahost::CodebookFile>& file);
   // A copy of another one as it is now.

@@ -14,8 +14,8 @@ Host* current = nullptr;
 }  // namespace
 
 Host::Host()
-    : openSource([](const std::string& specification) {
-        return OpenCodebook(specification, OpenFor::Reading);
+    : openSource([this](const std::string& specification) {
+        return OpenCodebook(specification, OpenFor::Reading, WorkingFile().language);
       }) {
   assert(current == nullptr);
   current = this;
@@ -47,6 +47,7 @@ Dictionary Host::WorkingDictionary() const { return HostAccess::Of(Working()).Di
 
 void Host::SetCommand(Command next) {
   command_ = std::move(next);
+  givenSets.clear();
   diagnostics.BeginCommand();
 }
 

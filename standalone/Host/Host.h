@@ -49,10 +49,27 @@ class Host {
   // it.
   void Own(VELA_DataSource* dataSource) noexcept;
 
-  // Opens the file that FROM names; it throws FileError. A program may put a way of its own here.
+  // Opens the file that FROM names, with its labels in the working file's language; it throws
+  // FileError. A program may put a way of its own here.
   std::function<CodebookFile(const std::string& specification)> openSource;
 
   Diagnostics diagnostics;
+
+  // The label that GetLabel of a variable gave last. A label is set by its text alone, and its
+  // languages come along when it is the very text that was given.
+  struct GivenLabel {
+    const char* text = nullptr;
+    LabelLanguages languages;
+  };
+  GivenLabel givenLabel;
+
+  // What a set of variables says besides what the library carries of it. A set refers to its own by
+  // its place here, from 1; they live until the next command is set.
+  struct GivenSet {
+    std::shared_ptr<const CodebookFile> file;  // that the set was read from; may be null
+    VariableSet set;                           // without members
+  };
+  std::vector<GivenSet> givenSets;
 
   // What the library and the host have between them besides data sources.
   VELA_FortranDictionary legacy;      // the legacy dictionary

@@ -2,10 +2,12 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/Data.h"
 #include "standalone/Dictionary/Attributes.h"
 #include "standalone/Dictionary/ValueLabels.h"
+#include "standalone/Host/Attributes.h"
 
 // The standalone host's way into what the classes of host/Data.h are made of. Nothing here is a
 // host operation: what the host does by it is not shown to the observer of calls.
@@ -37,9 +39,12 @@ class HostAccess {
 
   // What a set of attributes holds.
   static const velahost::CustomAttributes& Of(const DatasourceAttributes& attributes);
-  // A set that holds the attributes; null where there are none.
+  static const std::vector<velahost::DocumentationPart>& DocumentationOf(
+      const DatasourceAttributes& attributes);
+  // A set that holds the attributes and what documents; null where there is neither.
   static std::unique_ptr<DatasourceAttributes> MakeAttributes(
-      const velahost::CustomAttributes& attributes);
+      const velahost::CustomAttributes& attributes,
+      const velahost::DocumentationPart& documentation = {});
 
   static const std::string& TextOf(const DSDocument& document) { return *document.text_; }
 };

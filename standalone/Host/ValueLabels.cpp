@@ -42,7 +42,7 @@ VELA_VLImplPointer::operator bool() const {
 struct VELA_ValueLabelMap::Impl {
   VELA_VLImplPointer handle;
   std::size_t next = 0;  // the place of the pair after the cursor
-  std::string cell;      // of the pair before it
+  velahost::Cell cell;   // of the pair before it
 
   // The next pair, with the cursor put after it; null when there is none left.
   const ValueLabel* Advance() {
@@ -53,10 +53,21 @@ struct VELA_ValueLabelMap::Impl {
 
 namespace {
 
-// A value cell of the set's type as a pair.
+// A value cell of the set's type as a pair. What a document says besides of the pair that it comes
+// from, its spelling and its languages, comes along.
 ValueLabel PairOf(const ValueLabels& set, const OBS* value, Text label) {
-  if (set.IsNumeric()) return {velahost::NumberIn(value), Text(), std::move(label)};
-  return {0, Text(velahost::StringIn(value, set.Type())), std::move(label)};
+  ValueLabel pair;
+  if (const ValueLabel* const from = velahost::OriginOf(value).pair) {
+    if (set.IsNumeric()) pair.string = from->string;
+    if (from->label == label) pair.languages = from->languages;
+  }
+  if (set.IsNumeric()) {
+    pair.number = velahost::NumberIn(value);
+  } else {
+    pair.string = Text(velahost::StringIn(value, set.Type()));
+  }
+  pair.label = std::move(label);
+  return pair;
 }
 
 }  // namespace
@@ -92,11 +103,11 @@ int VELA_ValueLabelMap::GetNextPair(const OBS*& value, const char*& label) const
   if (pair == nullptr) return 0;
   const SharedValueLabels set = HostAccess::SetOf(impl_->handle);
   if (set->IsNumeric()) {
-    value = velahost::CellOf(pair->number);
+    impl_->cell.SetNumber(pair->number, {.pair = pair});
   } else {
-    impl_->cell = velahost::AtWidth(pair->string, set->Type());
-    value = velahost::CellOf(impl_->cell);
+    impl_->cell.SetString(pair->string, set->Type(), {.pair = pair});
   }
+  value = impl_->cell.Address();
   label = pair->label.CString();
   return 1;
 }
@@ -138,19 +149,17 @@ VELA_ValueLabelMap::operator VELA_VLImplPointer&() {
 }
 
 struct ObsValue::Impl {
-  double number = 0;
-  std::string text;
-  bool isNumber = true;
+  velahost::Cell cell;
 };
 
 ObsValue::ObsValue(int type, const OBS* value, int valueType) {
   Called("ObsValue::ObsValue");
   impl_ = std::make_unique<Impl>();
-  impl_->isNumber = type == 0;
+  const velahost::Cell::Origin& origin = velahost::OriginOf(value);
   if (type == 0) {
-    impl_->number = velahost::NumberIn(value);
+    impl_->cell.SetNumber(velahost::NumberIn(value), origin);
   } else {
-    impl_->text = velahost::AtWidth(velahost::StringIn(value, valueType), type);
+    impl_->cell.SetString(velahost::StringIn(value, valueType), type, origin);
   }
 }
 
@@ -158,5 +167,5 @@ ObsValue::~ObsValue() { Released("ObsValue::~ObsValue"); }
 
 ObsValue::operator const OBS*() const {
   Called("ObsValue::operator const OBS*");
-  return impl_->isNumber ? velahost::CellOf(impl_->number) : velahost::CellOf(impl_->text);
+  return impl_->cell.Address();
 }

@@ -1,7 +1,10 @@
 #include "standalone/Host/Variables.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <optional>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -9,6 +12,7 @@
 #include "standalone/Host/Calls.h"
 #include "standalone/Host/Cells.h"
 #include "standalone/Host/DataSources.h"
+#include "standalone/Host/Host.h"
 #include "standalone/Host/HostAccess.h"
 #include "standalone/Text/Utf8.h"
 
@@ -17,6 +21,7 @@
 // only what a command really changed counts as changed and is written.
 
 using velahost::Called;
+using velahost::DocumentationPart;
 using velahost::Format;
 using velahost::MissingValues;
 using velahost::Released;
@@ -30,10 +35,14 @@ static_assert(static_cast<int>(velahost::Role::Split) == Enumerations::RoleSplit
 static_assert(static_cast<int>(velahost::Alignment::Center) == Enumerations::AlignCenter);
 static_assert(static_cast<int>(velahost::Level::None) == Enumerations::NoLevel);
 
+// The number by which the library knows a format that is not stated. It is a format of the host's
+// own: to set it changes nothing.
+constexpr int kFormatUnstated = 3;
+
 // The letters of formats and the numbers that the library knows them by: the place among the
 // letters, from 1.
 struct FormatTypes {
-  std::vector<Text> letters = {Text("A"), Text("HEX")};
+  std::vector<Text> letters = {Text("A"), Text("HEX"), Text()};
   std::unordered_map<Text, int> numbers = {{letters[0], VELA_Variable::FormatString},
                                            {letters[1], VELA_Variable::FormatHexString}};
 };
@@ -53,14 +62,20 @@ VELA_Variable::FormatType TypeOf(const Format& format) {
   return static_cast<VELA_Variable::FormatType>(found->second);
 }
 
-Format FormatOf(VELA_Variable::FormatType type, int width, int decimals) {
-  return {Types().letters[static_cast<std::size_t>(type) - 1], width, decimals};
+void GetParts(const std::optional<Format>& format, VELA_Variable::FormatType& type, int& width,
+              int& decimals) {
+  type = format ? TypeOf(*format) : static_cast<VELA_Variable::FormatType>(kFormatUnstated);
+  width = format ? format->width : 0;
+  decimals = format ? format->decimals : 0;
 }
 
-void GetParts(const Format& format, VELA_Variable::FormatType& type, int& width, int& decimals) {
-  type = TypeOf(format);
-  width = format.width;
-  decimals = format.decimals;
+// The format that the parts are, if the variable can be given it: a string only where its width is
+// stated, and no format that is too wide to be written.
+std::optional<Format> SettableFormat(const Variable& variable, VELA_Variable::FormatType type,
+                                     int width, int decimals) {
+  const bool hasWidth = variable.IsNumeric() || variable.hasStatedWidth;
+  if (type == kFormatUnstated || !hasWidth || width > velahost::kMostWidth) return std::nullopt;
+  return Format{Types().letters[static_cast<std::size_t>(type) - 1], width, decimals};
 }
 
 }  // namespace
@@ -115,14 +130,28 @@ int VELA_Variable::GetType() const {
 
 const char* VELA_Variable::GetLabel() const {
   Called("VELA_Variable::GetLabel");
-  return impl_->now->label ? impl_->now->label->CString() : nullptr;
+  const Variable& now = *impl_->now;
+  if (!now.label) return nullptr;
+  velahost::Host::Current().givenLabel = {now.label->CString(), now.labelLanguages};
+  return now.label->CString();
 }
 
 void VELA_Variable::SetLabel(const char* label) {
   Called("VELA_Variable::SetLabel");
   if (impl_->now->label && *impl_->now->label == label) return;
   Text next(label);
-  impl_->Change().label = std::move(next);
+  // The text that was given last comes back with its language.
+  const velahost::Host::GivenLabel& given = velahost::Host::Current().givenLabel;
+  const std::string_view language = given.text == label ? given.languages.Own() : "";
+  velahost::LabelLanguages languages;
+  const auto others = impl_->now->labelLanguages.Others();
+  if (!language.empty() || !others.empty()) {
+    velahost::TextArena texts;
+    languages = velahost::LabelLanguages(language, others, texts);
+  }
+  Variable& variable = impl_->Change();
+  variable.label = std::move(next);
+  variable.labelLanguages = std::move(languages);
 }
 
 Enumerations::Alignment VELA_Variable::GetAlignment() const {
@@ -143,8 +172,8 @@ void VELA_Variable::GetFormat(FormatType& type, int& width, int& decimals) const
 
 void VELA_Variable::SetFormat(FormatType type, int width, int decimals) {
   Called("VELA_Variable::SetFormat");
-  const Format next = FormatOf(type, width, decimals);
-  if (next != impl_->now->print) impl_->Change().print = next;
+  const auto next = SettableFormat(*impl_->now, type, width, decimals);
+  if (next && next != impl_->now->print) impl_->Change().print = next;
 }
 
 void VELA_Variable::GetWriteFormatEx(FormatType& type, int& width, int& decimals) const {
@@ -154,8 +183,8 @@ void VELA_Variable::GetWriteFormatEx(FormatType& type, int& width, int& decimals
 
 void VELA_Variable::SetWriteFormat(FormatType type, int width, int decimals) {
   Called("VELA_Variable::SetWriteFormat");
-  const Format next = FormatOf(type, width, decimals);
-  if (next != impl_->now->write) impl_->Change().write = next;
+  const auto next = SettableFormat(*impl_->now, type, width, decimals);
+  if (next && next != impl_->now->write) impl_->Change().write = next;
 }
 
 Enumerations::MeasurementLevel VELA_Variable::GetMeasurementLevel() const {
@@ -169,49 +198,71 @@ void VELA_Variable::SetMeasurementLevel(Enumerations::MeasurementLevel level) {
   if (next != impl_->now->level) impl_->Change().level = next;
 }
 
-// One to three single values; -2 is a range, -3 a range and a value after it.
+namespace {
+
+// The most that the library carries, and how many of them are left beside a range.
+constexpr std::size_t kMostValues = 3;
+constexpr std::size_t kMostBesideRange = 1;
+
+// The cells that the library is given of a list. Of strings the longest come first: so the
+// library's test of lengths sees them.
+std::vector<velahost::Cell> CellsOf(const MissingValues& missing, int width) {
+  const velahost::Cell::Origin origin{.missing = &missing};
+  const std::size_t singles = missing.numbers.size() + missing.strings.size();
+  const std::size_t bounds = missing.range ? 2 : 0;
+  std::vector<velahost::Cell> cells(
+      bounds + std::min(singles, missing.range ? kMostBesideRange : kMostValues));
+  if (missing.range) {
+    cells[0].SetNumber(missing.range->first, origin);
+    cells[1].SetNumber(missing.range->second, origin);
+  }
+  std::vector<std::string_view> strings(missing.strings.begin(), missing.strings.end());
+  const std::size_t longest = std::min(strings.size(), kMostValues);
+  if (strings.size() > longest) {
+    std::partial_sort(strings.begin(), strings.begin() + static_cast<std::ptrdiff_t>(longest),
+                      strings.end(), [](auto a, auto b) { return a.size() > b.size(); });
+  }
+  for (std::size_t i = bounds; i < cells.size(); ++i) {
+    if (missing.strings.empty()) {
+      cells[i].SetNumber(missing.numbers[i - bounds], origin);
+    } else {
+      cells[i].SetString(strings[i - bounds], width, origin);
+    }
+  }
+  return cells;
+}
+
+}  // namespace
+
+// One to three single values; -2 is a range, -3 a range and a value after it. Where there are more
+// values, the cells know the whole list, and SetMissingValues sets it.
 int VELA_Variable::GetMissingValues(const OBS*& first, const OBS*& second,
                                     const OBS*& third) const {
   Called("VELA_Variable::GetMissingValues");
   const MissingValues& missing = impl_->now->missing;
-  const std::array<const OBS**, 3> cells = {&first, &second, &third};
-  std::size_t next = 0;
-  if (missing.range) {
-    *cells[next++] = velahost::CellOf(missing.range->first);
-    *cells[next++] = velahost::CellOf(missing.range->second);
+  if (missing.Empty()) return 0;
+  if (!impl_->missingCells) {
+    impl_->missingCells = std::make_unique<Impl::MissingCells>(
+        Impl::MissingCells{impl_->now, CellsOf(missing, impl_->now->type)});
   }
-  for (const double& number : missing.numbers) *cells[next++] = velahost::CellOf(number);
-  if (impl_->missingCells.empty()) {
-    std::vector<std::string> strings;
-    for (const Text& string : missing.strings) {
-      strings.push_back(velahost::AtWidth(string, impl_->now->type));
-    }
-    impl_->missingCells.swap(strings);
-  }
-  for (const std::string& cell : impl_->missingCells) *cells[next++] = velahost::CellOf(cell);
-  return missing.Count();
+  const std::vector<velahost::Cell>& cells = impl_->missingCells->cells;
+  const std::array<const OBS**, kMostValues> pointers = {&first, &second, &third};
+  for (std::size_t i = 0; i < cells.size(); ++i) *pointers[i] = cells[i].Address();
+  const auto count = static_cast<int>(cells.size());
+  return missing.range ? -count : count;
 }
 
-void VELA_Variable::SetMissingValues(int count, const OBS* first, const OBS* second,
-                                     const OBS* third) {
+void VELA_Variable::SetMissingValues(int count, const OBS* first, const OBS* /*second*/,
+                                     const OBS* /*third*/) {
   Called("VELA_Variable::SetMissingValues");
   MissingValues next;
-  const std::array<const OBS*, 3> cells = {first, second, third};
-  std::size_t i = 0;
-  if (count < 0) {
-    next.range = {velahost::NumberIn(first), velahost::NumberIn(second)};
-    i = 2;
-  }
-  for (; i < static_cast<std::size_t>(std::abs(count)); ++i) {
-    if (impl_->now->IsNumeric()) {
-      next.numbers.push_back(velahost::NumberIn(cells[i]));
-    } else {
-      next.strings.emplace_back(velahost::StringIn(cells[i], impl_->now->type));
-    }
-  }
+  if (count != 0) next = *velahost::OriginOf(first).missing;
   if (next == impl_->now->missing) return;
+  if (impl_->file) {
+    next = InDocumentOrder(*impl_->file->dictionary.variables[impl_->column], next);
+  }
   impl_->Change().missing = std::move(next);
-  impl_->missingCells.clear();
+  impl_->missingCells = nullptr;
 }
 
 Enumerations::Role VELA_Variable::GetRole() const {
@@ -257,15 +308,45 @@ void VELA_Variable::SetDisplayWidth(short width) {
 const DatasourceAttributes& VELA_Variable::GetAttributes() const {
   Called("VELA_Variable::GetAttributes");
   static const DatasourceAttributes none;
-  if (!impl_->attributes) impl_->attributes = HostAccess::MakeAttributes(impl_->now->attributes);
+  if (!impl_->attributes) {
+    impl_->attributes =
+        HostAccess::MakeAttributes(impl_->now->attributes, impl_->DocumentationNow());
+  }
   return impl_->attributes ? *impl_->attributes : none;
 }
 
+// What documents comes with the attributes: of the kinds that the variable lacks. Where nothing
+// else comes, the variable keeps its attributes.
 void VELA_Variable::SetAttributes(const DatasourceAttributes& attributes) {
   Called("VELA_Variable::SetAttributes");
   const velahost::CustomAttributes& given = HostAccess::Of(attributes);
-  if (SameAttributes(given, impl_->now->attributes)) return;
-  velahost::CustomAttributes next = given;
-  impl_->Change().attributes = std::move(next);
+  const std::vector<DocumentationPart>& parts = HostAccess::DocumentationOf(attributes);
+  auto brought = std::make_unique<velahost::Brought>();
+  velahost::DocumentationSet documented = impl_->now->documented;
+  for (const DocumentationPart& part : parts) {
+    DocumentationPart lacking = part;
+    lacking.kinds = part.kinds.Without(documented);
+    for (velahost::DocumentationElement& element : ElementsOf(lacking)) {
+      documented.Add(element.kind);
+      brought->documentation.push_back(std::move(element));
+    }
+  }
+  const bool keeps = given.empty() && !parts.empty();
+  const bool isSame = keeps || SameAttributes(given, impl_->now->attributes);
+  if (isSame && brought->documentation.empty()) return;
+  velahost::CustomAttributes next = isSame ? impl_->now->attributes : given;
+  if (const auto& before = impl_->now->brought) {
+    brought->interval = before->interval;
+    brought->weightNames = before->weightNames;
+    brought->documentation.insert(brought->documentation.begin(), before->documentation.begin(),
+                                  before->documentation.end());
+  }
+  const bool bringsAny = !brought->documentation.empty() || impl_->now->brought;
+  std::shared_ptr<const velahost::Brought> nextBrought;
+  if (bringsAny) nextBrought = std::move(brought);
+  Variable& variable = impl_->Change();
+  variable.attributes = std::move(next);
+  variable.documented = documented;
+  variable.brought = std::move(nextBrought);
   impl_->attributes = nullptr;
 }

@@ -3,12 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "host/Data.h"
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Dictionary/Variable.h"
+#include "standalone/Host/Attributes.h"
+#include "standalone/Host/Cells.h"
 
 // A variable as the library sees it.
 
@@ -44,7 +45,11 @@ struct VELA_Variable::Impl {
   // when its property is set.
   mutable VELA_VLImplPointer valueLabels;
   mutable std::unique_ptr<DatasourceAttributes> attributes;
-  mutable std::vector<std::string> missingCells;
+  struct MissingCells {
+    std::shared_ptr<const velahost::Variable> of;  // whose list the cells are from
+    std::vector<velahost::Cell> cells;
+  };
+  mutable std::unique_ptr<MissingCells> missingCells;
 
   Impl() = default;
   // A copy that no data source has.
@@ -53,4 +58,8 @@ struct VELA_Variable::Impl {
 
   // The variable to be changed.
   velahost::Variable& Change();
+  // What documents the variable as it is now.
+  velahost::DocumentationPart DocumentationNow() const {
+    return {now->documented, file, column, now->brought};
+  }
 };

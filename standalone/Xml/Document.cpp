@@ -19,6 +19,16 @@ std::string_view Element::Tag() const {
   return document_->text.substr(Begin(), ContentBegin() - Begin());
 }
 
+std::string Element::Prefix() const {
+  const std::string_view prefix = PrefixOf(StartTag(Tag()).Name());
+  return prefix.empty() ? std::string() : document_->encoding.Decode(prefix) + ":";
+}
+
+std::string_view Element::Content() const {
+  if (extent_ == nullptr) return {};
+  return document_->text.substr(ContentBegin(), ContentEnd() - ContentBegin());
+}
+
 Element::Children Element::All() const {
   Children children;
   if (extent_ == nullptr) return children;
@@ -44,8 +54,11 @@ Element Element::Child(ElementName name) const {
 
 MarkupText Element::Text() const {
   if (extent_ == nullptr) return {};
-  return MarkupText::OfContent(
-      document_->text.substr(ContentBegin(), ContentEnd() - ContentBegin()), document_->encoding);
+  return MarkupText::OfContent(Content(), document_->encoding);
+}
+
+MarkupText Element::TextOf(std::string_view piece) const {
+  return MarkupText::OfContent(piece, document_->encoding);
 }
 
 MarkupText Element::Attribute(std::string_view name) const {

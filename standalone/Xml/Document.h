@@ -34,7 +34,7 @@ inline constexpr std::size_t kMostBytes = 0xFFFF'FFFF;
 // The text of a document, in an encoding.
 struct DocumentText {
   std::string_view text;
-  Encoding encoding = Encoding::Utf8;
+  velahost::Encoding encoding = {};
 };
 
 // A light handle of an element, copied by value; it lives as long as its document. The null element
@@ -58,6 +58,11 @@ class Element {
   bool HasEndTag() const { return extent_->contentEnd != extent_->end; }
   std::string_view Markup() const;
   std::string_view Tag() const;
+  // The prefix of its name with the colon, in UTF-8; empty for none. In the element it means the
+  // namespace that the element is of.
+  std::string Prefix() const;
+  // What stands between the tags, as it stands there; empty for the null element.
+  std::string_view Content() const;
 
   // The children that are kept, or those of a name, in document order.
   class Children;
@@ -68,6 +73,8 @@ class Element {
 
   // The text of the element with that of all elements in it.
   MarkupText Text() const;
+  // The text of a piece of its content that does not split an element. REQUIRES: not null.
+  MarkupText TextOf(std::string_view piece) const;
   // An attribute's value, by the name as it stands in the document; absent if the element does not
   // have it.
   MarkupText Attribute(std::string_view name) const;

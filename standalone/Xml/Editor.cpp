@@ -56,36 +56,26 @@ void Editor::Remove(Element element) {
   edits_.Replace(element.Begin() - space, element.End(), "");
 }
 
-void Editor::Replace(Element element, const NewElement& with) {
-  std::string markup;
-  AppendElement(markup, with, layout_, LeadBefore(document_.Text(), element.Begin()));
-  edits_.Replace(element.Begin(), element.End(), markup);
-}
-
 void Editor::Insert(Element parent, const NewElement& element) {
   const bool repeats = !insertions_.empty() && insertions_.back().parent == parent &&
                        insertions_.back().name == element.element;
   if (!repeats) {
     const Element after = PlaceFor(parent, element.element);
     const std::size_t rank = RankIn(*layout_.vocabulary, parent.Name(), element.element);
-    insertions_.push_back({parent, after, rank, element.element, LeadIn(parent, after), {}});
+    insertions_.push_back({parent, after, rank, element.element, parent.Prefix(),
+                           LeadIn(parent, after), inserted_.size(), inserted_.size()});
   }
   Insertion& insertion = insertions_.back();
-  insertion.markup += insertion.lead;
-  AppendElement(insertion.markup, element, layout_, insertion.lead);
+  inserted_ += insertion.lead;
+  AppendElement(inserted_, element, layout_, insertion.prefix, insertion.lead);
+  insertion.end = inserted_.size();
 }
 
-void Editor::InsertAfter(Element sibling, const NewElement& element) {
-  std::string markup(LeadBefore(document_.Text(), sibling.Begin()));
-  AppendElement(markup, element, layout_, std::string(markup));
+void Editor::InsertAfter(Element parent, Element sibling, const NewElement& element) {
+  const std::string lead(LeadBefore(document_.Text(), sibling.Begin()));
+  std::string markup = lead;
+  AppendElement(markup, element, layout_, parent.Prefix(), lead);
   edits_.Replace(sibling.End(), sibling.End(), markup);
-}
-
-void Editor::InsertBefore(Element sibling, const NewElement& element) {
-  std::string markup(LeadBefore(document_.Text(), sibling.Begin()));
-  AppendElement(markup, element, layout_, std::string(markup));
-  const std::size_t space = SpaceBefore(document_.Text(), sibling.Begin()).size();
-  edits_.Replace(sibling.Begin() - space, sibling.Begin() - space, markup);
 }
 
 Edits Editor::Take() && {
@@ -102,13 +92,14 @@ void Editor::WriteInsertions() {
                    [placeOf](const Insertion& a, const Insertion& b) {
                      return std::pair(placeOf(a), a.rank) < std::pair(placeOf(b), b.rank);
                    });
+  std::string markup;
   for (auto first = insertions_.begin(); first != insertions_.end();) {
     const Element parent = first->parent;
     const Element after = first->after;
-    std::string markup = std::move(first->markup);
-    for (++first; first != insertions_.end() && first->parent == parent && first->after == after;
+    markup.clear();
+    for (; first != insertions_.end() && first->parent == parent && first->after == after;
          ++first) {
-      markup += first->markup;
+      markup.append(inserted_, first->begin, first->end - first->begin);
     }
     if (after) {
       edits_.Replace(after.End(), after.End(), markup);
@@ -155,7 +146,7 @@ std::string Editor::LeadIn(Element parent, Element after) const {
 
 void Editor::OpenSelfClosing(Element element, std::string_view content) {
   const std::string_view tag = element.Tag();
-  std::string bytes = Encode(">" + std::string(content) + "</", document_.Encoding());
+  std::string bytes = document_.Encoding().Encode(">" + std::string(content) + "</");
   bytes += StartTag(tag).Name();
   bytes += '>';
   edits_.ReplaceBytes(element.Begin() + tag.rfind('/'), element.End(), bytes);

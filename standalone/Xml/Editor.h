@@ -25,14 +25,11 @@ class Editor {
   void SetText(Element element, std::string_view text);
   // Removes the element with the white space that its line begins with.
   void Remove(Element element);
-  // Replaces the whole element.
-  void Replace(Element element, const NewElement& with);
   // Inserts an element where the vocabulary has it: after the last child of its name, else after
   // the last child that should stand before it. REQUIRES: the children of the parent are kept.
   void Insert(Element parent, const NewElement& element);
-  // Inserts an element right after or before another one, on a line like its.
-  void InsertAfter(Element sibling, const NewElement& element);
-  void InsertBefore(Element sibling, const NewElement& element);
+  // Inserts an element right after a child of the parent, on a line like its.
+  void InsertAfter(Element parent, Element sibling, const NewElement& element);
 
   // All changes. The editor is of no use afterwards.
   Edits Take() &&;
@@ -43,8 +40,11 @@ class Editor {
     Element after;  // null: first in the parent
     std::size_t rank;
     ElementName name;
+    std::string prefix;
     std::string lead;
-    std::string markup;  // of one element, or of several of a name
+    // Where its markup stands in inserted_: of one element, or of several of a name.
+    std::size_t begin;
+    std::size_t end;
   };
   Element PlaceFor(Element parent, ElementName name) const;
   std::string LeadIn(Element parent, Element after) const;
@@ -55,6 +55,7 @@ class Editor {
   const Layout& layout_;
   Edits edits_;
   std::vector<Insertion> insertions_;
+  std::string inserted_;  // the markup of all insertions, in the order in which they were made
 };
 
 // Removes, keeps and inserts elements so that the wanted ones stand there in their order. Elements

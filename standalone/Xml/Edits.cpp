@@ -6,8 +6,8 @@
 namespace velahost {
 
 void Edits::Replace(std::size_t begin, std::size_t end, std::string_view utf8) {
-  if (encoding_ == Encoding::Utf8) return ReplaceBytes(begin, end, utf8);
-  ReplaceBytes(begin, end, Encode(std::string(utf8), encoding_));
+  if (encoding_.IsUtf8()) return ReplaceBytes(begin, end, utf8);
+  ReplaceBytes(begin, end, encoding_.Encode(std::string(utf8)));
 }
 
 void Edits::ReplaceBytes(std::size_t begin, std::size_t end, std::string_view bytes) {

@@ -26,7 +26,6 @@ class Edits {
   // The same with those only that begin from begin on and before end.
   void AddBetween(const Edits& others, std::size_t begin, std::size_t end);
 
-  bool Empty() const { return edits_.empty(); }
   // The bytes of the text from begin to end with the changes in them.
   // REQUIRES: no change reaches past begin or end.
   std::string Apply(std::string_view text, std::size_t begin, std::size_t end) const;

@@ -99,7 +99,7 @@ bool IsAscii(std::string_view text) {
 }
 
 bool NeedsNoDecoding(Encoding encoding, std::string_view raw) {
-  return encoding == Encoding::Utf8 || IsAscii(raw);
+  return encoding.IsUtf8() || IsAscii(raw);
 }
 
 }  // namespace
@@ -117,6 +117,28 @@ std::size_t TagEnd(std::string_view text) {
     }
   }
   return text.size();
+}
+
+MarkupPiece TakePiece(std::string_view& markup) {
+  const auto take = [&markup](MarkupPiece::Kind kind, std::size_t size) {
+    const MarkupPiece piece{kind, markup.substr(0, size)};
+    markup.remove_prefix(piece.text.size());
+    return piece;
+  };
+  const auto sizeTo = [&markup](std::string_view mark) {
+    const std::size_t at = markup.find(mark);
+    return at == std::string_view::npos ? markup.size() : at + mark.size();
+  };
+  if (markup.front() != '<') {
+    return take(MarkupPiece::Text, std::min(markup.find('<'), markup.size()));
+  }
+  if (markup.starts_with("</")) return take(MarkupPiece::EndTag, sizeTo(">"));
+  if (markup.starts_with("<!--")) return take(MarkupPiece::CommentOrInstruction, sizeTo("-->"));
+  if (markup.starts_with("<?")) return take(MarkupPiece::CommentOrInstruction, sizeTo("?>"));
+  if (markup.starts_with("<![CDATA[")) return take(MarkupPiece::Section, sizeTo("]]>"));
+  const std::size_t size = TagEnd(markup);
+  const bool isEmpty = size >= 2 && markup[size - 2] == '/';
+  return take(isEmpty ? MarkupPiece::EmptyTag : MarkupPiece::StartTag, size);
 }
 
 // The tag is walked by a pointer: a whole tag is well formed, so each walk ends before the tag
@@ -159,32 +181,37 @@ std::size_t StartTag::AttributesEnd() const {
   return end;
 }
 
-MarkupText MarkupText::OfContent(std::string_view raw, Encoding encoding) {
+MarkupText MarkupText::Of(std::string_view raw, Encoding encoding, std::string_view special,
+                          void (*append)(std::string& decoded, std::string_view text)) {
   MarkupText text;
   text.isThere_ = true;
   text.raw_ = raw;
-  if (!NeedsNoDecoding(encoding, raw)) {
-    text.isDecoded_ = true;
-    AppendContent(text.decoded_, Decode(raw, encoding));
-  } else if (raw.find_first_of("<&\r") != std::string_view::npos) {
-    text.isDecoded_ = true;
-    AppendContent(text.decoded_, raw);
-  }
+  const bool isInUtf8 = NeedsNoDecoding(encoding, raw);
+  text.isDecoded_ = !isInUtf8 || raw.find_first_of(special) != std::string_view::npos;
+  if (text.isDecoded_) append(text.decoded_, isInUtf8 ? raw : encoding.Decode(raw));
   return text;
 }
 
+MarkupText MarkupText::OfContent(std::string_view raw, Encoding encoding) {
+  return Of(raw, encoding, "<&\r", AppendContent);
+}
+
 MarkupText MarkupText::OfAttribute(std::string_view raw, Encoding encoding) {
-  MarkupText text;
-  text.isThere_ = true;
-  text.raw_ = raw;
-  if (!NeedsNoDecoding(encoding, raw)) {
-    text.isDecoded_ = true;
-    AppendValue(text.decoded_, Decode(raw, encoding));
-  } else if (raw.find_first_of("&\r\n\t") != std::string_view::npos) {
-    text.isDecoded_ = true;
-    AppendValue(text.decoded_, raw);
+  return Of(raw, encoding, "&\r\n\t", AppendValue);
+}
+
+bool HasText(std::string_view content) {
+  while (!content.empty()) {
+    const MarkupPiece piece = TakePiece(content);
+    if (piece.kind != MarkupPiece::Text && piece.kind != MarkupPiece::Section) continue;
+    const std::string_view trimmed = Trim(piece.text);
+    if (trimmed.empty()) continue;
+    if (piece.kind == MarkupPiece::Text && trimmed.front() != '&') return true;
+    std::string text;
+    AppendContent(text, trimmed);
+    if (!Trim(text).empty()) return true;
   }
-  return text;
+  return false;
 }
 
 void AppendText(std::string& markup, std::string_view text, std::string_view newLine) {

@@ -52,6 +52,15 @@ class StartTag {
   std::string_view tag_;
 };
 
+// A piece of what stands in a document: a tag, or what stands between two tags.
+struct MarkupPiece {
+  enum Kind { Text, StartTag, EmptyTag, EndTag, Section, CommentOrInstruction };
+  Kind kind;
+  std::string_view text;
+};
+// Takes the next piece off well-formed markup. REQUIRES: there is some.
+MarkupPiece TakePiece(std::string_view& markup);
+
 // A text or a value that stands in a document, in UTF-8: a view into the document, except where
 // something in it had to be decoded. It may be absent, and is empty then.
 class MarkupText {
@@ -69,11 +78,18 @@ class MarkupText {
   operator std::string_view() const { return View(); }
 
  private:
+  // What stands there decoded by the function, if it has a special character or needs the encoding.
+  static MarkupText Of(std::string_view raw, Encoding encoding, std::string_view special,
+                       void (*append)(std::string& decoded, std::string_view text));
+
   std::string_view raw_;
   std::string decoded_;
   bool isDecoded_ = false;
   bool isThere_ = false;
 };
+
+// Whether what stands between the tags of an element has more text in it than white space.
+bool HasText(std::string_view content);
 
 // Adds a text to markup as it stands between tags, with those line ends.
 void AppendText(std::string& markup, std::string_view text, std::string_view newLine = "\n");

@@ -52,11 +52,11 @@ void AppendMarkup(std::string& markup, std::string_view element, const Layout& l
 }
 
 void AppendAtDepth(std::string& markup, const NewElement& element, const Layout& layout,
-                   std::string_view lead, std::size_t depth) {
+                   std::string_view prefix, std::string_view lead, std::size_t depth) {
   if (!element.markup.empty()) return AppendMarkup(markup, element.markup, layout, lead, depth);
   const std::string_view name = layout.vocabulary->NameOf(element.element);
   markup += '<';
-  markup += layout.prefix;
+  markup += prefix;
   markup += name;
   for (const auto& [attribute, value] : element.attributes) {
     markup += ' ';
@@ -73,23 +73,30 @@ void AppendAtDepth(std::string& markup, const NewElement& element, const Layout&
   AppendText(markup, element.text, layout.newLine);
   for (const NewElement& child : element.children) {
     AppendLead(markup, lead, depth + 1, layout);
-    AppendAtDepth(markup, child, layout, lead, depth + 1);
+    AppendAtDepth(markup, child, layout, prefix, lead, depth + 1);
   }
   if (!element.children.empty()) AppendLead(markup, lead, depth, layout);
   markup += "</";
-  markup += layout.prefix;
+  markup += prefix;
   markup += name;
   markup += '>';
 }
 
 }  // namespace
 
+void SortChildren(NewElement& element, const Vocabulary& vocabulary) {
+  const auto order = vocabulary.ChildOrder(element.element);
+  const auto rankOf = [order](const NewElement& child) {
+    return std::find(order.begin(), order.end(), child.element) - order.begin();
+  };
+  std::stable_sort(element.children.begin(), element.children.end(),
+                   [&](const NewElement& a, const NewElement& b) { return rankOf(a) < rankOf(b); });
+}
+
 Layout LayoutOf(const Document& document, Element outer, Element inner) {
   const std::string_view text = document.Text();
   Layout layout;
   layout.vocabulary = &document.Scopes().Words();
-  const std::string_view prefix = PrefixOf(StartTag(document.Root().Tag()).Name());
-  if (!prefix.empty()) layout.prefix = Decode(prefix, document.Encoding()) + ":";
 
   const std::size_t lineEnd = text.find_first_of("\r\n");
   if (lineEnd != std::string_view::npos && text[lineEnd] == '\r') {
@@ -126,8 +133,8 @@ std::string_view LeadBefore(std::string_view text, std::size_t position) {
 }
 
 void AppendElement(std::string& markup, const NewElement& element, const Layout& layout,
-                   std::string_view lead) {
-  AppendAtDepth(markup, element, layout, lead, 0);
+                   std::string_view prefix, std::string_view lead) {
+  AppendAtDepth(markup, element, layout, prefix, lead, 0);
 }
 
 }  // namespace velahost

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <new>
 
+#include "standalone/Text/Utf8.h"
+
 namespace velahost {
 
 namespace {
@@ -19,6 +21,29 @@ bool IsUtf16(std::string_view text) {
   using namespace std::string_view_literals;
   return text.starts_with("\xFE\xFF"sv) || text.starts_with("\xFF\xFE"sv) ||
          text.starts_with("\0<"sv) || text.starts_with("<\0"sv);
+}
+
+// The encoding that the XML declaration of a document in single bytes names; empty for none.
+std::string_view DeclaredEncoding(std::string_view text) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  constexpr std::string_view kWord = "encoding";
+  if (text.starts_with(kMark)) text.remove_prefix(kMark.size());
+  if (!text.starts_with("<?xml")) return {};
+  text = text.substr(0, text.find("?>"));
+  const std::size_t word = text.find(kWord);
+  const std::size_t quote = text.find_first_of("'\"", std::min(word, text.size()));
+  if (quote == std::string_view::npos) return {};
+  const std::size_t begin = quote + 1;
+  return text.substr(begin, text.find(text[quote], begin) - begin);
+}
+
+bool IsUtf16Name(std::string_view encoding) { return UpperCase(encoding).starts_with("UTF-16"); }
+
+std::string RefusalOf(std::string_view encoding) {
+  const std::string name(encoding);
+  return "encoding " + name +
+         " cannot be read: convert the document to UTF-8, for example by iconv -f " + name +
+         " -t UTF-8, and let its first line say UTF-8";
 }
 
 }  // namespace
@@ -95,13 +120,32 @@ struct XmlParser::Callbacks {
     auto& self = *static_cast<XmlParser*>(data);
     if (encoding == nullptr) return;
     Guard(self, [&] {
-      const auto known = EncodingNamed(encoding);
-      if (!known) {
-        self.Fail("encoding " + std::string(encoding) +
-                  " cannot be read: save the document as UTF-8, US-ASCII or ISO-8859-1");
+      if (IsUtf16Name(encoding)) {
+        self.saysUtf16_ = true;
+        return;
       }
+      const auto known = Encoding::Named(encoding);
+      if (!known) self.Fail(RefusalOf(encoding));
       self.encoding_ = *known;
     });
+  }
+
+  // An encoding that expat has no table for.
+  static int UnknownEncoding(void* data, const char* name, XML_Encoding* info) {
+    auto& self = *static_cast<XmlParser*>(data);
+    int known = XML_STATUS_ERROR;
+    Guard(self, [&] {
+      const auto encoding = Encoding::Named(name);
+      if (!encoding || encoding->IsUtf8()) self.Fail(RefusalOf(name));
+      for (int byte = 0; byte < 256; ++byte) {
+        info->map[byte] = encoding->CodeOf(static_cast<unsigned char>(byte));
+      }
+      info->data = nullptr;
+      info->convert = nullptr;
+      info->release = nullptr;
+      known = XML_STATUS_OK;
+    });
+    return known;
   }
 
   static void DocumentType(void* data, const char* /*name*/, const char* /*system*/,
@@ -137,7 +181,7 @@ XmlParser::XmlParser(Namespaces& namespaces, XmlHandler& handler)
 }
 
 XmlParser::XmlParser(Namespaces& namespaces, XmlHandler& handler, Encoding encoding)
-    : parser_(XML_ParserCreate(NameOf(encoding))),
+    : parser_(XML_ParserCreate(encoding.Name())),
       namespaces_(namespaces),
       handler_(handler),
       encoding_(encoding),
@@ -157,6 +201,7 @@ void XmlParser::SetCallbacks() {
   XML_SetElementHandler(parser_, Callbacks::Start, Callbacks::End);
   XML_SetSkippedEntityHandler(parser_, Callbacks::SkippedEntity);
   XML_SetXmlDeclHandler(parser_, Callbacks::Declaration);
+  XML_SetUnknownEncodingHandler(parser_, Callbacks::UnknownEncoding, this);
   XML_SetStartDoctypeDeclHandler(parser_, Callbacks::DocumentType);
   XML_SetEntityDeclHandler(parser_, Callbacks::EntityDeclaration);
   XML_SetAttlistDeclHandler(parser_, Callbacks::AttributeDeclaration);
@@ -170,8 +215,12 @@ void XmlParser::ParseDocument(std::string_view text) {
 }
 
 void XmlParser::Parse(std::string_view bytes) {
-  if (fed_ == 0 && IsUtf16(bytes)) {
-    throw XmlError("encoding UTF-16 cannot be read: save the document as UTF-8");
+  if (fed_ == 0 && outermost_ == 0) {
+    if (IsUtf16(bytes)) throw XmlError(RefusalOf("UTF-16"));
+    // What says UTF-16 and is not, or spells UTF-8 as expat does not know it.
+    const std::string_view declared = DeclaredEncoding(bytes);
+    const auto known = Encoding::Named(declared);
+    if (IsUtf16Name(declared) || (known && known->IsUtf8())) XML_SetEncoding(parser_, "UTF-8");
   }
   for (std::size_t at = 0; at < bytes.size(); at += kMostAtOnce) {
     Feed(bytes.substr(at, kMostAtOnce), false);
@@ -189,7 +238,7 @@ void XmlParser::ParsePart(std::string_view text, std::size_t begin, Encoding enc
                           Namespaces::Scope scope) {
   constexpr std::string_view kStart = "<x>";
   constexpr std::string_view kEnd = "</x>";
-  XML_SetEncoding(parser_, NameOf(encoding));
+  XML_SetEncoding(parser_, encoding.Name());
   encoding_ = encoding;
   outermost_ = 1;
   MoveTo(begin, scope);

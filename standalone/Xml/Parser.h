@@ -84,6 +84,8 @@ class XmlParser {
 
   // The encoding of the document that is being read.
   Encoding DocumentEncoding() const { return encoding_; }
+  // Whether the document says UTF-16, in bytes that are none: it is read as UTF-8.
+  bool SaysUtf16() const { return saysUtf16_; }
   // Whether the document has a document type declaration, as far as it has been read.
   bool HasDocumentType() const { return hasDocumentType_; }
 
@@ -106,7 +108,7 @@ class XmlParser {
   XML_ParserStruct* parser_;
   Namespaces& namespaces_;
   XmlHandler& handler_;
-  Encoding encoding_ = Encoding::Utf8;
+  Encoding encoding_;
   std::vector<Namespaces::Scope> scopes_;  // of the open elements
   std::array<Name, 256> names_;            // those met last, each where its letters say
   std::ptrdiff_t offset_ = 0;              // from the parser's positions to those in the document
@@ -116,6 +118,7 @@ class XmlParser {
   std::size_t outermost_ = 0;  // elements of the parser's own around what is reported
   std::size_t textDepth_ = 0;  // of the open element whose text is reported; 0 if there is none
   bool hasDocumentType_ = false;
+  bool saysUtf16_ = false;
   std::exception_ptr failure_;
 };
 

@@ -76,6 +76,16 @@ std::string AttributeNotes(Words& words) {
   return notes;
 }
 
+std::string Documentation(Words& words) {
+  TakeWord(words);
+  std::string elements;
+  for (Words parts = TakeUpTo(")", words); !parts.empty();) {
+    const std::string name = TakeWord(parts);
+    elements += Element(name, Text(TakeWord(parts)));
+  }
+  return elements;
+}
+
 std::string Categories(Words& words) {
   std::string categories;
   for (Words pairs = TakeUpTo("}", words); !pairs.empty();) {
@@ -111,6 +121,7 @@ std::string Variable(Words words) {
   std::string label;
   std::string missing;
   std::string categories;
+  std::string documentation;
   std::string notes;
   while (!words.empty()) {
     const std::string word = TakeWord(words);
@@ -120,14 +131,16 @@ std::string Variable(Words words) {
     if (key == "{") categories = Categories(words);
     if (key == "missing") missing = InvalidRange(words);
     if (key == "attr") notes += AttributeNotes(words);
+    if (key == "doc") documentation = Documentation(words);
     if (key == "level") nature = " nature=\"" + (value == "scale" ? "interval" : value) + "\"";
     if (kNoteTypes.contains(key)) notes += Note(kNoteTypes.at(key), value);
   }
-  static const std::regex kStringFormat("(A|HEX)[0-9]+");
+  static const std::regex kStringFormat("(A|HEX)[0-9]+|A-");
   const bool isString = std::regex_match(format, kStringFormat);
-  return "<var ID=\"V." + name + "\" name=\"" + name + "\"" + nature + ">" + label + missing +
-         categories + "<varFormat type=\"" + (isString ? "character" : "numeric") +
-         "\" formatname=\"" + format + "\"/>" + notes + "</var>\n";
+  const std::string stated = format.ends_with('-') ? "" : "\" formatname=\"" + format;
+  return "<var ID=\"V." + name + "\" name=\"" + name + "\"" + nature + ">" + label + documentation +
+         missing + categories + "<varFormat type=\"" + (isString ? "character" : "numeric") +
+         stated + "\"/>" + notes + "</var>\n";
 }
 
 std::string Group(const std::string& type, Words words) {

@@ -1,5 +1,7 @@
 #include "tests/cases/Notation.h"
 
+#include <algorithm>
+
 #include "host/Output.h"
 
 namespace cases {
@@ -50,6 +52,16 @@ std::string AttributesText(const Json& attributes) {
   return "attr(" + text + ")";
 }
 
+std::string DocumentationText(const Json& documentation) {
+  std::string text;
+  for (const auto& [element, texts] : documentation.items()) {
+    for (const Json& value : texts) {
+      text += (text.empty() ? "" : " ") + element + " " + Quoted(value);
+    }
+  }
+  return "doc(" + text + ")";
+}
+
 // The properties of a variable that differ from another's, each with a blank before it.
 std::string PropertiesText(const Json& variable, const Json& other) {
   std::string text;
@@ -69,6 +81,7 @@ std::string PropertiesText(const Json& variable, const Json& other) {
   add("role", "role=", word);
   add("alignment", "align=", word);
   add("attributes", "", AttributesText);
+  add("documentation", "", DocumentationText);
   return text;
 }
 
@@ -83,8 +96,17 @@ std::string VariableText(const Json& variable) {
                         {"level", nullptr},
                         {"role", "input"},
                         {"alignment", variable["type"] == 0 ? "right" : "left"},
-                        {"attributes", Json::object()}};
-  return variable["name"].get<std::string>() + PropertiesText(variable, nothing);
+                        {"attributes", Json::object()},
+                        {"documentation", Json::object()}};
+  const std::string unstated = variable["type"] == 0 ? " -" : " A-";
+  const bool hasFormat = !variable["print"].is_null();
+  return variable["name"].get<std::string>() + (hasFormat ? "" : unstated) +
+         PropertiesText(variable, nothing);
+}
+
+// Whether two lists have the same sets, in whatever order.
+bool AreSameSets(const Json& a, const Json& b) {
+  return a.size() == b.size() && std::is_permutation(a.begin(), a.end(), b.begin());
 }
 
 void AddSets(const std::string& kind, const Json& sets, Lines& lines) {
@@ -110,8 +132,8 @@ void AddFileLines(const Json& file, const Json& other, Lines& lines) {
   }
   if (differs("weight")) lines.push_back("file weight " + file["weight"].get<std::string>());
   if (differs("attributes")) lines.push_back("file " + AttributesText(file["attributes"]));
-  if (differs("mrsets")) AddSets("mrset", file["mrsets"], lines);
-  if (differs("varsets")) AddSets("varset", file["varsets"], lines);
+  if (!AreSameSets(file["mrsets"], other["mrsets"])) AddSets("mrset", file["mrsets"], lines);
+  if (!AreSameSets(file["varsets"], other["varsets"])) AddSets("varset", file["varsets"], lines);
 }
 
 }  // namespace

@@ -1,0 +1,190 @@
+#include "standalone/Codebook/Labels.h"
+
+#include <utility>
+#include <vector>
+
+#include "standalone/Codebook/Elements.h"
+#include "standalone/Codebook/Notes.h"
+#include "standalone/Text/Utf8.h"
+
+namespace velahost {
+namespace {
+
+constexpr std::string_view kAttribute = "xml:lang";
+constexpr std::string_view kOldAttribute = "xml-lang";
+
+// How well a labl fits the run's language: the less, the better.
+enum Fit : int { kExact, kPrimary, kUnstated, kOther };
+
+Fit FitOf(Element labl, const Languages& languages) {
+  const MarkupText stated = StatedLanguage(labl);
+  const std::string_view language =
+      stated.View().empty() ? std::string_view(languages.document) : stated.View();
+  if (language.empty()) return kUnstated;
+  if (IsSameLanguage(language, languages.run)) return kExact;
+  return IsSamePrimaryLanguage(language, languages.run) ? kPrimary : kOther;
+}
+
+// The labl with or without text that fits best; null where none does.
+Element FindBest(Element parent, const Languages& languages, bool hasText) {
+  Element best;
+  Fit bestFit = kOther;
+  for (const Element labl : parent.All(element::labl)) {
+    if (HasText(labl.Content()) != hasText) continue;
+    if (languages.run.empty()) return labl;
+    const Fit fit = FitOf(labl, languages);
+    if (fit == kExact) return labl;
+    if (fit >= bestFit) continue;
+    best = labl;
+    bestFit = fit;
+  }
+  return best;
+}
+
+NewElement NewLabel(std::string_view level, std::string_view language, std::string_view text,
+                    const Languages& languages) {
+  NewElement labl{.element = element::labl, .text = std::string(text)};
+  if (!level.empty()) labl.attributes.emplace_back("level", level);
+  if (!language.empty() && !IsSameLanguage(language, languages.document)) {
+    labl.attributes.emplace_back(languages.hasOldName ? kOldAttribute : kAttribute, language);
+  }
+  return labl;
+}
+
+// The language of a new label in this document whose text has that one where it comes from.
+std::string_view NewLanguage(const LabelLanguages& from, const Languages& languages) {
+  return languages.run.empty() ? from.Own() : std::string_view(languages.run);
+}
+
+}  // namespace
+
+bool IsSameLanguage(std::string_view a, std::string_view b) { return EqualIgnoringCase(a, b); }
+
+bool IsSamePrimaryLanguage(std::string_view a, std::string_view b) {
+  return EqualIgnoringCase(a.substr(0, a.find('-')), b.substr(0, b.find('-')));
+}
+
+MarkupText StatedLanguage(Element element) {
+  MarkupText stated = element.Attribute(kAttribute);
+  return stated.View().empty() ? element.Attribute(kOldAttribute) : stated;
+}
+
+std::string GuessLabelLanguage(std::string_view text) {
+  const auto tagOf = [text](std::string_view name, std::size_t from) -> std::string_view {
+    for (std::size_t at = text.find(name, from); at != std::string_view::npos;
+         at = text.find(name, at + 1)) {
+      const std::size_t begin = text.rfind('<', at);
+      const bool isStart = begin != std::string_view::npos && begin >= from &&
+                           text[begin + 1] != '/' && (at == begin + 1 || text[at - 1] == ':');
+      if (!isStart) continue;
+      const std::string_view tag = text.substr(begin, TagEnd(text.substr(begin)));
+      if (tag.ends_with('>')) return tag;
+    }
+    return {};
+  };
+  // Nothing is known yet of whether the text is well formed.
+  const auto languageIn = [](std::string_view tag, std::string_view name) -> std::string {
+    const std::size_t at = tag.find(name);
+    if (at == std::string_view::npos) return {};
+    const std::size_t quote = tag.find_first_of("'\"", at);
+    if (quote == std::string_view::npos) return {};
+    const std::string_view value = tag.substr(quote + 1);
+    return std::string(value.substr(0, value.find(tag[quote])));
+  };
+  const std::string_view var = tagOf("var ", 0);
+  if (var.empty()) return {};
+  const std::string_view labl = tagOf("labl", static_cast<std::size_t>(var.data() - text.data()));
+  if (labl.empty()) return {};
+  for (const std::string_view name : {kAttribute, kOldAttribute}) {
+    if (std::string stated = languageIn(labl, name); !stated.empty()) return stated;
+  }
+  return languageIn(tagOf("codeBook", 0), kAttribute);
+}
+
+std::string_view StatedLanguage(const StartTag& tag) {
+  for (const std::string_view name : {kAttribute, kOldAttribute}) {
+    const auto attribute = tag.Find(name);
+    if (attribute && attribute->valueBegin != attribute->valueEnd) return tag.ValueOf(*attribute);
+  }
+  return {};
+}
+
+Element FindLabel(Element parent, const Languages& languages) {
+  return FindBest(parent, languages, true);
+}
+
+LabelLanguages LabelReader::LanguagesOf(Element parent, Element label, TextArena& texts) {
+  const auto languageOf = [this](Element labl) {
+    std::string stated(labl.Attribute(kAttribute));
+    if (stated.empty()) {
+      stated = labl.Attribute(kOldAttribute);
+      languages_.hasOldName |= !stated.empty();
+    }
+    return stated.empty() ? languages_.document : stated;
+  };
+  std::vector<std::pair<std::string, std::string>> others;
+  for (const Element labl : parent.All(element::labl)) {
+    if (labl == label || !HasText(labl.Content())) continue;
+    others.emplace_back(languageOf(labl), LineOf(labl));
+  }
+  const std::string own = label ? languageOf(label) : std::string();
+  if (others.empty()) {
+    if (own.empty()) return {};
+    if (lastOwn_.Own() != own) lastOwn_ = LabelLanguages(own, {}, texts);
+    return lastOwn_;
+  }
+  std::vector<LabelLanguages::Translation> translations;
+  for (const auto& [language, text] : others) translations.push_back({language, text});
+  return {own, translations, texts};
+}
+
+void LabelReader::LookForFirst(Element var) {
+  if (firstLanguage_) return;
+  for (const Element labl : var.All(element::labl)) {
+    if (!HasText(labl.Content())) continue;
+    const MarkupText stated = StatedLanguage(labl);
+    firstLanguage_ = stated.View().empty() ? languages_.document : std::string(stated);
+    return;
+  }
+}
+
+void WriteLabel(Element parent, std::string_view level, const Text& text,
+                const LabelLanguages& from, const Languages& languages, Editor& editor) {
+  if (const Element label = FindLabel(parent, languages)) {
+    if (LineOf(label) != text.View()) editor.SetText(label, text);
+  } else if (const Element placeholder = FindBest(parent, languages, false)) {
+    editor.SetText(placeholder, text);
+  } else {
+    editor.Insert(parent, NewLabel(level, NewLanguage(from, languages), text, languages));
+  }
+}
+
+bool MayBeLabel(Element labl, const Languages& languages) {
+  return languages.run.empty() || FitOf(labl, languages) != kOther;
+}
+
+void RemoveLabels(Element parent, const Languages& languages, Editor& editor) {
+  for (const Element labl : parent.All(element::labl)) {
+    if (MayBeLabel(labl, languages)) editor.Remove(labl);
+  }
+}
+
+void AddLabels(NewElement& parent, std::string_view level, const std::optional<Text>& text,
+               const LabelLanguages& from, const Languages& languages) {
+  if (text) {
+    parent.children.push_back(NewLabel(level, NewLanguage(from, languages), *text, languages));
+  }
+  for (const auto& [language, translation] : from.Others()) {
+    parent.children.push_back(NewLabel(level, language, translation, languages));
+  }
+}
+
+void AddNamingLabels(NewElement& parent, const Text& name, const LabelLanguages& from,
+                     const Languages& languages) {
+  const bool isInOther = !from.Own().empty() && !IsSamePrimaryLanguage(from.Own(), languages.run);
+  parent.children.push_back(
+      NewLabel("", isInOther ? from.Own() : NewLanguage(from, languages), name, languages));
+  AddLabels(parent, "", std::nullopt, from, languages);
+}
+
+}  // namespace velahost

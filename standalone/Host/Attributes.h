@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "host/Data.h"
+#include "standalone/Codebook/CodebookFile.h"
+#include "standalone/Dictionary/Attributes.h"
+#include "standalone/Dictionary/Documentation.h"
+
+// Custom attributes as the library sees them. What documents a variable goes with them: each kind
+// of it counts as one more attribute.
+
+namespace velahost {
+
+// Kinds of what documents a variable, and where it is read when it is carried to another one.
+struct DocumentationPart {
+  DocumentationSet kinds;
+  std::shared_ptr<const CodebookFile> file;  // with the variable at the column; may be null
+  std::size_t column = 0;
+  std::shared_ptr<const Brought> brought;  // what the variable has been given; may be null
+};
+
+// The elements of the kinds.
+std::vector<DocumentationElement> ElementsOf(const DocumentationPart& part);
+
+}  // namespace velahost
+
+struct DatasourceAttributes::Impl {
+  velahost::CustomAttributes attributes;
+  std::vector<velahost::DocumentationPart> documentation;  // no kind twice
+};
