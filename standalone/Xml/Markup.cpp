@@ -93,6 +93,10 @@ void AppendValue(std::string& decoded, std::string_view text) {
   }
 }
 
+// Whether a byte of a text, or of a value, stands for something else than itself.
+constexpr auto kIsMarkupInText = [](char c) { return c == '<' || c == '&' || c == '\r'; };
+constexpr auto kIsMarkupInValue = [](char c) { return c == '&' || (IsSpace(c) && c != ' '); };
+
 bool IsAscii(std::string_view text) {
   return std::none_of(text.begin(), text.end(),
                       [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
@@ -181,23 +185,24 @@ std::size_t StartTag::AttributesEnd() const {
   return end;
 }
 
-MarkupText MarkupText::Of(std::string_view raw, Encoding encoding, std::string_view special,
+template <class IsMarkup>
+MarkupText MarkupText::Of(std::string_view raw, Encoding encoding, IsMarkup isMarkup,
                           void (*append)(std::string& decoded, std::string_view text)) {
   MarkupText text;
   text.isThere_ = true;
   text.raw_ = raw;
   const bool isInUtf8 = NeedsNoDecoding(encoding, raw);
-  text.isDecoded_ = !isInUtf8 || raw.find_first_of(special) != std::string_view::npos;
+  text.isDecoded_ = !isInUtf8 || std::any_of(raw.begin(), raw.end(), isMarkup);
   if (text.isDecoded_) append(text.decoded_, isInUtf8 ? raw : encoding.Decode(raw));
   return text;
 }
 
 MarkupText MarkupText::OfContent(std::string_view raw, Encoding encoding) {
-  return Of(raw, encoding, "<&\r", AppendContent);
+  return Of(raw, encoding, kIsMarkupInText, AppendContent);
 }
 
 MarkupText MarkupText::OfAttribute(std::string_view raw, Encoding encoding) {
-  return Of(raw, encoding, "&\r\n\t", AppendValue);
+  return Of(raw, encoding, kIsMarkupInValue, AppendValue);
 }
 
 bool HasText(std::string_view content) {

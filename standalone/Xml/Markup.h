@@ -78,8 +78,9 @@ class MarkupText {
   operator std::string_view() const { return View(); }
 
  private:
-  // What stands there decoded by the function, if it has a special character or needs the encoding.
-  static MarkupText Of(std::string_view raw, Encoding encoding, std::string_view special,
+  // What stands there decoded by the function, if it has markup in it or needs the encoding.
+  template <class IsMarkup>
+  static MarkupText Of(std::string_view raw, Encoding encoding, IsMarkup isMarkup,
                        void (*append)(std::string& decoded, std::string_view text));
 
   std::string_view raw_;
