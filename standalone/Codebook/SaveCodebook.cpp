@@ -24,9 +24,9 @@
 namespace velahost {
 namespace {
 
-// Variables are written so many at a time: enough to be worth a thread, few enough to take little
-// memory.
-constexpr std::size_t kVariablesAtOnce = 2048;
+// Variables are written so many at a time: enough to be worth a thread, few enough for what is
+// made of them to stay in a processor's cache.
+constexpr std::size_t kVariablesAtOnce = 512;
 
 // The layout of a codebook: a level is what variables are indented by in their description.
 Layout LayoutOfCodebook(const Codebook& codebook) {
