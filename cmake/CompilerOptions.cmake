@@ -25,6 +25,9 @@ if(VELA_SANITIZE)
     add_compile_options(-fsanitize=fuzzer-no-link)  # so that the fuzzers see what their inputs reach
   endif()
 else()
+  # Nothing replaces a function of a library from outside, so calls within one are bound when it is
+  # built. Other calls go where -z now has put them, without a stub in between.
+  add_compile_options(-fno-semantic-interposition -fno-plt)
   add_compile_options(-fstack-clash-protection)
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64|i.86")
     add_compile_options(-fcf-protection)
