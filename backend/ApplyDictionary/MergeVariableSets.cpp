@@ -1,6 +1,8 @@
 #include "backend/ApplyDictionary/MergeVariableSets.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -12,6 +14,22 @@ struct VarSetLess {
   }
 };
 
+// The sets of the working file that the source has none of the same name for, sorted. Of several of
+// one name the first is taken. REQUIRES: the source's sets are sorted.
+std::vector<VariableSet> OwnSets(std::vector<VariableSet> working,
+                                 const std::vector<VariableSet>& source) {
+  const VarSetLess less;
+  std::erase_if(working, [&](const VariableSet& set) {
+    return std::binary_search(source.begin(), source.end(), set, less);
+  });
+  std::stable_sort(working.begin(), working.end(), less);
+  const auto isRepeated = [&less](const VariableSet& a, const VariableSet& b) {
+    return !less(a, b);
+  };
+  working.erase(std::unique(working.begin(), working.end(), isRepeated), working.end());
+  return working;
+}
+
 }  // namespace
 
 void MergeVariableSets(VELA_DataSource& working, const VELA_DataSource* source, VarSetsType type) {
@@ -19,9 +37,11 @@ void MergeVariableSets(VELA_DataSource& working, const VELA_DataSource* source, 
 
   std::vector<VariableSet> sets = VariableSets(*source, type);
   std::sort(sets.begin(), sets.end(), VarSetLess());
-  for (const VariableSet& set : VariableSets(working, type)) {
-    const auto place = std::lower_bound(sets.begin(), sets.end(), set, VarSetLess());
-    if (place == sets.end() || VarSetLess()(set, *place)) sets.insert(place, set);
-  }
-  SaveVariableSets(sets, working, type);
+  std::vector<VariableSet> own = OwnSets(VariableSets(working, type), sets);
+  std::vector<VariableSet> merged;
+  merged.reserve(sets.size() + own.size());
+  std::merge(std::make_move_iterator(sets.begin()), std::make_move_iterator(sets.end()),
+             std::make_move_iterator(own.begin()), std::make_move_iterator(own.end()),
+             std::back_inserter(merged), VarSetLess());
+  SaveVariableSets(merged, working, type);
 }
