@@ -124,20 +124,28 @@ void RunCommands(velahost::Host& host, std::vector<velahost::Command> commands,
   }
 }
 
+// Where the account goes: standard output, unless the codebook itself goes there.
+void WriteForPeople(std::string_view text, bool isCodebookOutput) {
+  isCodebookOutput ? WriteAside(text) : WriteOutput(text);
+}
+
 // A dry run writes too, to nowhere, so that it meets what cannot be written.
-void WriteWorking(const velahost::CodebookFile& working, const Outcome& outcome) {
+void WriteWorking(const velahost::CodebookFile& working, const Outcome& outcome,
+                  bool isCodebookOutput) {
   const auto write = [&](const velahost::ByteSink& sink) {
     velahost::WriteCodebook(working, outcome.dictionary, outcome.changes, sink);
   };
   if (!outcome.written) return write([](std::string_view) {});
+  if (isCodebookOutput) return write(WriteOutput);
   velahost::SaveFile(*outcome.written, write);
 }
 
 // Prints the account. If that fails, the codebook is written already, and the message says so.
-void WriteAccount(std::future<std::string> account, const std::optional<std::string>& destination) {
+void WriteAccount(std::future<std::string> account, const std::optional<std::string>& destination,
+                  bool isCodebookOutput) {
   const std::string written = destination ? " " + *destination + " is written." : "";
   try {
-    WriteOutput(account.get());
+    WriteForPeople(account.get(), isCodebookOutput);
   } catch (const std::bad_alloc&) {
     throw Failure("There is not enough memory to tell what has changed." + written);
   } catch (const Failure& failure) {
@@ -160,13 +168,15 @@ ExitStatus RunApply(const ApplyOptions& options, velahost::Host& host) {
     return sources->Open(file, working.language);
   };
   const std::optional<std::string> destination = Destination(options, working);
-  if (destination) velahost::CheckCanSave(*destination);
+  const bool isCodebookOutput = options.output && IsStandardOutput(*options.output);
+  if (destination && !isCodebookOutput) velahost::CheckCanSave(*destination);
   RunCommands(host, std::move(commands), applyDictionary);
 
   const std::vector<velahost::Diagnostic>& diagnostics = host.diagnostics.All();
   if (host.diagnostics.FatalError()) {
-    WriteOutput(options.json ? OutcomeJsonText(diagnostics, std::nullopt)
-                             : "An error was reported: nothing written\n");
+    WriteForPeople(options.json ? OutcomeJsonText(diagnostics, std::nullopt)
+                                : "An error was reported: nothing written\n",
+                   isCodebookOutput);
     return kErrorReported;
   }
 
@@ -176,8 +186,8 @@ ExitStatus RunApply(const ApplyOptions& options, velahost::Host& host) {
   // Make the account while the codebook is written.
   std::future<std::string> account = std::async(
       [&] { return options.json ? OutcomeJsonText(diagnostics, outcome) : AccountText(outcome); });
-  WriteWorking(working, outcome);
-  WriteAccount(std::move(account), destination);
+  WriteWorking(working, outcome, isCodebookOutput);
+  WriteAccount(std::move(account), destination, isCodebookOutput);
   return kDone;
 }
 

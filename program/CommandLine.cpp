@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <string_view>
+#include <vector>
 
 #include "program/Failure.h"
 
@@ -51,7 +53,7 @@ class CommandLine {
 
   Request Read(int argc, const char* const* argv) {
     try {
-      app_.parse(argc, argv);
+      app_.parse(ArgumentsOf(argc, argv));
     } catch (const CLI::CallForHelp&) {
       return Answer{app_.help()};
     } catch (const CLI::CallForVersion&) {
@@ -64,6 +66,16 @@ class CommandLine {
   }
 
  private:
+  // The arguments without the program's name, the last one first, as the parser takes them. To it
+  // "++" ends a subcommand; here it is the name of a file.
+  static std::vector<std::string> ArgumentsOf(int argc, const char* const* argv) {
+    std::vector<std::string> arguments;
+    for (int i = argc - 1; i > 0; --i) {
+      arguments.emplace_back(std::string_view(argv[i]) == "++" ? "./++" : argv[i]);
+    }
+    return arguments;
+  }
+
   void DeclareApply() {
     applyCommand_ = app_.add_subcommand("apply", kApplyDescription);
     applyCommand_->footer(kApplyExample);

@@ -1,6 +1,7 @@
 #include "program/Output.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -53,6 +54,15 @@ void WriteOutput(std::string_view text) {
   if (!WriteAll(STDOUT_FILENO, text)) {
     throw Failure(std::string("Cannot write to standard output: ") + std::strerror(errno) + ".");
   }
+}
+
+void WriteAside(std::string_view text) { WriteAll(STDERR_FILENO, text); }
+
+bool IsStandardOutput(const std::string& path) {
+  struct stat named = {};
+  struct stat output = {};
+  return stat(path.c_str(), &named) == 0 && fstat(STDOUT_FILENO, &output) == 0 &&
+         named.st_dev == output.st_dev && named.st_ino == output.st_ino;
 }
 
 void WriteWarning(std::string_view message) { WriteLine("warning", message); }

@@ -12,6 +12,12 @@ namespace applydic {
 // Writes the whole text to standard output. Throws Failure if that fails.
 void WriteOutput(std::string_view text);
 
+// Writes to standard error what is meant for standard output, where that takes the codebook itself.
+// Ignores failures.
+void WriteAside(std::string_view text);
+// Whether a path names what standard output goes to.
+bool IsStandardOutput(const std::string& path);
+
 // Write one line to standard error: "applydic: warning: " or "applydic: error: " and the message,
 // with control characters made visible. Ignore failures: there is nowhere else to report them.
 void WriteWarning(std::string_view message);

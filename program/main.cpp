@@ -47,8 +47,8 @@ ExitStatus Run(const Request& request, velahost::Host& host) {
 int main(int argc, char** argv) {
   applydic::IgnoreSignalsOfWriting();
   applydic::KeepStandardStreams();
-  velahost::Host host;
   try {
+    velahost::Host host;
     const int status = applydic::Run(applydic::ReadCommandLine(argc, argv), host);
     // Everything is written. To take the host's dictionaries apart piece by piece would only give
     // back memory that the system takes back at once.

@@ -68,7 +68,7 @@ TEST(Texts, OutliveTheirArenaAndEachOther) {
   std::vector<velahost::Text> texts;
   for (int round = 0; round < 3; ++round) {
     velahost::TextArena arena;
-    for (std::size_t size : {0, 1, 3, 4, 5, 8191, 8192, 8193, 70'000}) {
+    for (const std::size_t size : {0U, 1U, 3U, 4U, 5U, 8191U, 8192U, 8193U, 70'000U}) {
       texts.push_back(arena.Add(std::string(size, 'x')));
       if (size % 2 == 1) texts.pop_back();
     }

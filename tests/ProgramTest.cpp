@@ -35,6 +35,8 @@ class Program : public testing::Test {
     std::filesystem::create_symlink("w.xml", folder_.At("link.xml"));
     std::filesystem::create_symlink("new.xml", folder_.At("dangling.xml"));
     std::filesystem::create_directory(folder_.At("folder"));
+    folder_.Write("++", "");
+    std::filesystem::resize_file(folder_.At("++"), std::uintmax_t{5} << 30);
   }
 
   // Runs the program in the folder, its arguments as the shell takes them.
@@ -87,6 +89,7 @@ TEST_F(Program, RefusesWrongUsageAndWhatItCannotReadOrWrite) {
       {"apply -c \"FROM 'soft.xml' /VARINFO LEVEL\" -o s.xml w.xml", "write to another file"},
       {"apply -c \"FROM 's.xml' /VARINFO LEVEL\" -o soft.xml w.xml", "write to another file"},
       {"show none.xml", "none.xml: cannot be read"},
+      {"show ++", "cannot be read: it has more than 4095 MB"},
       {"show --lang 'e n' s.xml", "--lang takes the code of a language"},
       {"show", "see 'applydic show --help'"}};
   for (const auto& [arguments, message] : kRefused) {
@@ -191,6 +194,14 @@ TEST_F(Program, KeepsLinksAndPermissions) {
   EXPECT_EQ(folder_.Read("new.xml"), folder_.Read("w.xml"));
   EXPECT_EQ(Run("apply -c \"FROM 'w.xml'\" -o w.xml w.xml"), 0) << "onto WORKING it is allowed";
   for (const std::string& name : Files()) EXPECT_FALSE(name.starts_with(".applydic")) << name;
+}
+
+TEST_F(Program, WritesWhereStandardOutputGoes) {
+  const std::string command = "apply -c \"FROM 's.xml'\" w.xml ";
+  EXPECT_EQ(Run(command + "-o o.xml"), 0);
+  EXPECT_EQ(Run(command + "-o /dev/stdout"), 0);
+  EXPECT_EQ(out_, folder_.Read("o.xml"));
+  EXPECT_NE(err_.find("Variables changed: "), std::string::npos) << err_;
 }
 
 TEST_F(Program, ShowsADictionary) {

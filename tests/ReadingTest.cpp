@@ -83,6 +83,8 @@ const Opening kRefused[] = {
      "PATH: line 1, column 1: more than 1000 namespaces are declared around this element"},
     {"Defaults", WithDefaults(1001),
      "PATH: line 1001, column 28: more than 1000 attributes are declared with a default"},
+    {"Version", "<?xml version='.0'?><codeBook/>",
+     "PATH: line 1, column 1: XML of version .0 cannot be read: let it be 1.0"},
     {"ShiftJis", "<?xml version='1.0' encoding='Shift_JIS'?><codeBook/>",
      "PATH: line 1, column 1: encoding Shift_JIS cannot be read: convert the document to UTF-8, "
      "for "

@@ -398,11 +398,12 @@ const Saving kFileAndNew[] = {
        "    </var>"}}},
     {"NewVariableFromADocumentWithEntities",
      "<codeBook><dataDscr/></codeBook>",
-     "<!DOCTYPE codeBook SYSTEM 'x.dtd'><codeBook><dataDscr><var name='A'><txt>&eacute;</txt></var>"
+     "<!DOCTYPE codeBook SYSTEM 'x.dtd'><codeBook><dataDscr><var "
+     "name='A&x;B'><txt>&eacute;</txt></var>"
      "</dataDscr></codeBook>",
      kAdd,
      {{"<dataDscr/>",
-       "<dataDscr>\n  <var ID=\"V1\" name=\"A\">\n    <txt>&amp;eacute;</txt>\n"
+       "<dataDscr>\n  <var ID=\"V1\" name=\"A&amp;x;B\">\n    <txt>&amp;eacute;</txt>\n"
        "    <varFormat type=\"numeric\"/>\n  </var>\n</dataDscr>"}}},
     {"IdsOfNames",
      Document("    <var ID='B' name='B'/>\n"),

@@ -7,12 +7,12 @@
 #include <memory>
 #include <numeric>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Codebook/Notes.h"
+#include "standalone/Text/Hash.h"
 #include "standalone/Text/Numbers.h"
 #include "standalone/Text/Tokens.h"
 #include "standalone/Text/Utf8.h"
@@ -193,9 +193,9 @@ class CategoryWriter {
   Editor& editor_;
   const MissingIndex missing_;
   std::vector<CategoryReading> categories_;
-  ValueLabels seen_;                         // the values that the categories have
-  std::vector<std::size_t> carriers_;        // the category of each value that carries its label
-  std::unordered_set<std::string> goneIds_;  // of categories that go
+  ValueLabels seen_;                   // the values that the categories have
+  std::vector<std::size_t> carriers_;  // the category of each value that carries its label
+  TextSet goneIds_;                    // of categories that go
 };
 
 // The place of a pair whose value has no category.

@@ -51,6 +51,11 @@ void Reading::Append(Reading&& next) {
   languages.hasOldName |= next.languages.hasOldName;
 }
 
+MarkupPlace Codebook::PlaceAround(Element description) const {
+  if (!description) return PlaceIn(document, {document.Root()});
+  return PlaceIn(document, {document.Root(), description});
+}
+
 Element Codebook::DescriptionAround(Element child) const {
   for (const Element description : document.Root().All(element::dataDscr)) {
     const bool isAround =

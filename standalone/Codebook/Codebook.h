@@ -2,14 +2,18 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "standalone/Codebook/CarriedMarkup.h"
 #include "standalone/Codebook/FileDescription.h"
 #include "standalone/Codebook/Labels.h"
 #include "standalone/Codebook/Sets.h"
 #include "standalone/Codebook/Variables.h"
+#include "standalone/Text/Hash.h"
 #include "standalone/Xml/Document.h"
 #include "standalone/Xml/Namespaces.h"
 
@@ -91,6 +95,16 @@ class Codebook {
   // The dataDscr that a variable or group stands in; of a null element the first, null if there is
   // none.
   Element DescriptionAround(Element child) const;
+  // The place of the variable, or of the group, of that ID, the first of several; nothing if there
+  // is none. May be called on several threads at once.
+  std::optional<std::size_t> VariableOfId(std::string_view id) const {
+    return variablesById_.Find(variables, id, [](const Variable& of) { return of.id.View(); });
+  }
+  std::optional<std::size_t> GroupOfId(std::string_view id) const {
+    return groupsById_.Find(groups, id, [](const Group& of) { return of.reading.id.View(); });
+  }
+  // The place in a dataDscr; of a null one, that in the one that will be made in the root.
+  MarkupPlace PlaceAround(Element description) const;
 
   const std::string path;
   const Document document;
@@ -98,6 +112,29 @@ class Codebook {
   std::vector<File> files;
   std::vector<Variable> variables;
   std::vector<Group> groups;
+
+ private:
+  // Places by ID, found when the first is asked for.
+  class Index {
+   public:
+    template <class Item, class IdOf>
+    std::optional<std::size_t> Find(const std::vector<Item>& items, std::string_view id,
+                                    IdOf idOf) const {
+      std::call_once(isMade_, [&] {
+        for (std::size_t i = 0; i < items.size(); ++i) {
+          if (!idOf(items[i]).empty()) places_.emplace(idOf(items[i]), i);
+        }
+      });
+      const auto found = places_.find(id);
+      return found == places_.end() ? std::nullopt : std::optional(found->second);
+    }
+
+   private:
+    mutable std::once_flag isMade_;
+    mutable ViewMap<std::size_t> places_;
+  };
+  Index variablesById_;
+  Index groupsById_;
 };
 
 }  // namespace velahost

@@ -88,6 +88,12 @@ struct DocumentationText {
 };
 std::vector<DocumentationText> DocumentationTexts(const CodebookFile& file, std::size_t column);
 
+// Why an element of another document cannot stand in the file's document, as the rest of a sentence
+// about it; nothing if it can.
+std::optional<std::string> WhyNotIn(const CodebookFile& file, const std::string& markup);
+// The name of such an element.
+std::string ElementNameOf(const std::string& markup);
+
 // What the variable at a column brings to another document besides its dictionary.
 Brought BroughtWith(const CodebookFile& file, std::size_t column);
 // The same of a set that was read from the file.

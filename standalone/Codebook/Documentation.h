@@ -1,18 +1,17 @@
 #pragma once
 
-#include <string>
 #include <vector>
 
+#include "standalone/Codebook/CarriedMarkup.h"
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Codebook/Labels.h"
 #include "standalone/Dictionary/Documentation.h"
+#include "standalone/Dictionary/Variable.h"
 #include "standalone/Xml/Document.h"
+#include "standalone/Xml/Editor.h"
 #include "standalone/Xml/Namespaces.h"
-#include "standalone/Xml/NewElement.h"
 
-// What documents variables and sets: questions, universes, notes and their like. It goes to another
-// document as markup that stands for itself: in UTF-8, without a prefix, without IDs, references
-// and comments, and with the declarations that elements of other namespaces in it need.
+// What documents variables and sets: questions, universes, notes and their like.
 
 namespace velahost {
 
@@ -25,13 +24,13 @@ std::vector<DocumentationElement> ReadDocumentation(const Document& document, El
                                                     Namespaces::Scope scope,
                                                     DocumentationSet kinds);
 
-// What documents a set, as markup.
-std::vector<std::string> ReadSetDocumentation(const Document& document, Element varGrp,
-                                              Namespaces::Scope scope);
+// The elements that document a set.
+std::vector<CarriedElement> ReadSetDocumentation(const Document& document, Element varGrp,
+                                                 Namespaces::Scope scope);
 
-// The elements of such markup for a place where the standard's elements have that prefix, with its
-// colon.
-std::vector<NewElement> NewDocumentation(const std::string& markup, const std::string& prefix);
+// Adds to a var what has been brought of the kinds that it lacked when it was read.
+void WriteDocumentation(Element var, const Variable& read, const Variable& now,
+                        const MarkupPlace& place, Editor& editor);
 
 // The texts of what documents a var, of each element one, in the order of their kinds. What states
 // another language than the run's is left out.

@@ -51,6 +51,15 @@ std::optional<Format> ReadWrite(Element var, TextArena& texts) {
 
 bool IsString(Element varFormat) { return varFormat.Attribute("type").View() == "character"; }
 
+// The width that the first location with one says; there may be one for each data file.
+std::optional<int> ReadLocationWidth(Element var) {
+  for (const Element location : var.All(element::location)) {
+    const auto width = ReadInteger(Trim(location.Attribute("width")), kLeastWidth, kMostWidth);
+    if (width) return width;
+  }
+  return std::nullopt;
+}
+
 // What a string counts as that states no width.
 int UnstatedWidth(Element var) {
   const std::size_t longest = std::max(LongestCategory(var), LongestMissing(var));
@@ -112,8 +121,7 @@ void ReadFormats(Element var, Variable& variable, TextArena& texts) {
   if (stated.place != Place::Nowhere) print = stated.format;
   std::optional<Format> write = ReadWrite(var, texts);
   if (isString) {
-    auto width =
-        ReadInteger(Trim(var.Child(element::location).Attribute("width")), kLeastWidth, kMostWidth);
+    auto width = ReadLocationWidth(var);
     if (!width && print) width = print->StringWidth();
     if (!width && write) width = write->StringWidth();
     variable.hasStatedWidth = width.has_value();

@@ -197,8 +197,7 @@ void DocumentIds::Collect() {
   isCollected_ = true;
 }
 
-std::vector<Reference> FindReferences(const Document& document,
-                                      const std::unordered_set<std::string>& ids) {
+std::vector<Reference> FindReferences(const Document& document, const TextSet& ids) {
   std::vector<Reference> found;
   if (ids.empty()) return found;
   AttributeScan([&](const XmlStart& start, std::string_view name, std::string_view value) {

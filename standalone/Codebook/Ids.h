@@ -6,10 +6,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
+#include "standalone/Text/Hash.h"
 #include "standalone/Xml/Document.h"
 #include "standalone/Xml/Edits.h"
 
@@ -49,9 +48,9 @@ class DocumentIds {
 
   const Codebook& codebook_;
   bool isCollected_ = false;
-  std::unordered_set<std::string> ids_;
-  std::unordered_map<std::string, int> lastNumbers_;  // after each name that was numbered
-  std::array<std::optional<Habit>, 2> habits_;        // by kind; found when they are asked for
+  TextSet ids_;
+  TextMap<int> lastNumbers_;                    // after each name that was numbered
+  std::array<std::optional<Habit>, 2> habits_;  // by kind; found when they are asked for
 };
 
 // An attribute somewhere in a document that refers to sets, and what is left of it without some.
@@ -64,8 +63,7 @@ struct Reference {
 
 // The attributes in the document that refer to sets of the IDs, in document order. The document is
 // read through, unless there are no IDs.
-std::vector<Reference> FindReferences(const Document& document,
-                                      const std::unordered_set<std::string>& ids);
+std::vector<Reference> FindReferences(const Document& document, const TextSet& ids);
 
 // Edits the start tag so that what is left stands there.
 void WriteReference(const Document& document, const Reference& reference, Edits& edits);

@@ -6,6 +6,7 @@
 
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Text/Utf8.h"
+#include "standalone/Xml/Markup.h"
 
 namespace velahost {
 namespace {
@@ -32,10 +33,13 @@ std::string AttributeNameIn(Element note) {
 std::string LineOf(Element element) { return Collapse(element.Text()); }
 
 Element FindNote(Element parent, std::string_view type) {
+  Element placeholder;
   for (const Element note : parent.All(element::notes)) {
-    if (note.Attribute("type").View() == type) return note;
+    if (note.Attribute("type").View() != type) continue;
+    if (HasText(note.Content())) return note;
+    if (!placeholder) placeholder = note;
   }
-  return {};
+  return placeholder;
 }
 
 NewElement NewNote(ElementName parent, std::string_view type, std::string text) {

@@ -28,7 +28,7 @@ inline constexpr std::string_view kFileNote = "VELA:file";
 // are read.
 std::string LineOf(Element element);
 
-// The first note of a type; null when there is none.
+// The first note of a type that has a text, else the first; null when there is none.
 Element FindNote(Element parent, std::string_view type);
 
 // A note for an element of that name.

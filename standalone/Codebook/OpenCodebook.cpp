@@ -4,14 +4,13 @@
 #include <array>
 #include <set>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "standalone/Codebook/Codebook.h"
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Codebook/Documentation.h"
 #include "standalone/Codebook/Parts.h"
+#include "standalone/Text/Hash.h"
 #include "standalone/Text/Tokens.h"
 #include "standalone/Text/Utf8.h"
 #include "standalone/Xml/Parser.h"
@@ -62,7 +61,7 @@ class FileMembership {
   explicit FileMembership(const Reading& reading) {
     // With a single file, every variable belongs to it.
     if (reading.files.size() <= 1) return;
-    std::unordered_map<std::string_view, std::size_t> files;
+    ViewMap<std::size_t> files;
     for (std::size_t i = 0; i < reading.files.size(); ++i) {
       const Text& id = reading.files[i].id;
       if (!id.Empty()) files.emplace(id, i);
@@ -244,7 +243,7 @@ class Opener {
   // Finds the groups of the file, and gives it its sets.
   void TakeSets() {
     if (reading_.groups.empty()) return;
-    std::unordered_map<std::string_view, std::size_t> places;  // of variables, by ID
+    ViewMap<std::size_t> places;  // of variables, by ID
     for (std::size_t i = 0; i < reading_.variables.size(); ++i) {
       const Text& id = reading_.variables[i].variable.id;
       if (!id.Empty()) places.emplace(id, i);
@@ -253,7 +252,7 @@ class Opener {
     for (std::size_t column = 0; column < file_.variablePlaces.size(); ++column) {
       columns[file_.variablePlaces[column]] = static_cast<int>(column);
     }
-    std::array<std::unordered_set<std::string_view>, kSetKinds.size()> names;  // by kind
+    std::array<ViewSet, kSetKinds.size()> names;  // by kind
     for (std::size_t i = 0; i < reading_.groups.size(); ++i) {
       const GroupReading& read = reading_.groups[i].group;
       std::vector<std::size_t> members;
@@ -333,7 +332,13 @@ std::string CodebookBytes::GuessLanguage() const { return GuessLabelLanguage(rea
 
 CodebookBytes ReadCodebook(const std::string& specification) {
   auto [path, id] = SplitSpecification(specification);
-  FileBytes read = ReadFile(path);
+  FileBytes read = ReadFile(path, kMostBytes, [&path = path](std::string_view first) {
+    try {
+      CheckStart(first);
+    } catch (const XmlError& error) {
+      throw FileError(path + ": " + error.what());
+    }
+  });
   return {std::move(path), std::move(id), std::move(read)};
 }
 
@@ -369,15 +374,18 @@ const Codebook::Variable& VariableAt(const CodebookFile& file, std::size_t colum
   return file.codebook->variables[file.variablePlaces[column]];
 }
 
-// The names of the variables of these IDs.
+// The names of the file's variables of these IDs.
 std::vector<Text> NamesOf(const CodebookFile& file, const std::vector<std::string>& ids) {
   std::vector<Text> names;
   for (const std::string& id : ids) {
-    for (std::size_t column = 0; column < file.variablePlaces.size(); ++column) {
-      if (VariableAt(file, column).id != id) continue;
-      names.push_back(file.dictionary.variables[column]->name);
-      break;
-    }
+    const auto place = file.codebook->VariableOfId(id);
+    if (!place) continue;
+    // The places ascend.
+    const auto column =
+        std::lower_bound(file.variablePlaces.begin(), file.variablePlaces.end(), *place);
+    if (column == file.variablePlaces.end() || *column != *place) continue;
+    const auto at = static_cast<std::size_t>(column - file.variablePlaces.begin());
+    names.push_back(file.dictionary.variables[at]->name);
   }
   return names;
 }
@@ -394,6 +402,10 @@ std::vector<DocumentationElement> DocumentationOf(const CodebookFile& file, std:
 std::vector<DocumentationText> DocumentationTexts(const CodebookFile& file, std::size_t column) {
   if (!file.codebook) return {};
   return DocumentationTexts(VariableAt(file, column).element, file.codebook->languages);
+}
+
+std::optional<std::string> WhyNotIn(const CodebookFile& file, const std::string& markup) {
+  return file.codebook ? WhyNotIn(file.codebook->document, markup) : std::nullopt;
 }
 
 Brought BroughtWith(const CodebookFile& file, std::size_t column) {
@@ -415,13 +427,15 @@ BroughtSet BroughtWith(const CodebookFile& file, const VariableSet& set) {
   const Codebook& codebook = *file.codebook;
   const Codebook::Group& group = codebook.groups[*set.place];
   brought.place = *set.place;
-  brought.documentation = ReadSetDocumentation(codebook.document, group.element, group.scope);
+  for (CarriedElement& element :
+       ReadSetDocumentation(codebook.document, group.element, group.scope)) {
+    brought.documentation.push_back(std::move(element.markup));
+  }
   for (const std::string& id : SplitTokens(group.reading.subsets)) {
-    const auto subset =
-        std::find_if(codebook.groups.begin(), codebook.groups.end(),
-                     [&](const Codebook::Group& other) { return other.reading.id == id; });
-    if (subset == codebook.groups.end() || !subset->reading.IsSet()) continue;
-    brought.subsets.emplace_back(subset->reading.kind, subset->reading.set.name);
+    const auto place = codebook.GroupOfId(id);
+    if (!place || !codebook.groups[*place].reading.IsSet()) continue;
+    const GroupReading& subset = codebook.groups[*place].reading;
+    brought.subsets.emplace_back(subset.kind, subset.set.name);
   }
   return brought;
 }

@@ -108,6 +108,12 @@ DocumentReading ReadIn(const std::string& language, std::string_view text, OpenF
 
 }  // namespace
 
+void CheckStart(std::string_view first) {
+  Namespaces namespaces(CodebookVocabulary());
+  CodebookReader reader(first, OpenFor::Reading, "", namespaces);
+  XmlParser(namespaces, reader).Parse(first);
+}
+
 DocumentReading ReadDocument(std::string_view text, OpenFor use,
                              const std::optional<std::string>& language) {
   if (text.size() > kMostBytes) throw XmlError("the document has more than 4 GB");
@@ -128,8 +134,9 @@ std::optional<DocumentReading> ReadInParts(std::string_view text, OpenFor use,
   bool mayCut = Threads() > 1;
   try {
     for (std::size_t at = 0; at < text.size();) {
-      parser.Parse(text.substr(at, partSize));
-      at = std::min(at + partSize, text.size());
+      const std::string_view piece = text.substr(at, parser.NextPiece(partSize));
+      parser.Parse(piece);
+      at += piece.size();
       const CodebookReader::Tag endTag = reader.VariableEnd();
       if (!mayCut || endTag.end == 0) continue;
       mayCut = false;

@@ -20,6 +20,9 @@ struct DocumentReading {
   bool saysUtf16 = false;  // in bytes that are none
 };
 
+// Throws XmlError if no document begins with these bytes.
+void CheckStart(std::string_view first);
+
 // Reads a document: in parts if it is large and can be cut, else from end to end. The labels are
 // those in the language, where an empty one is none; where no language is given, in that of the
 // document's first label of a variable. Throws XmlError.

@@ -18,6 +18,7 @@
 #include "standalone/Codebook/Sets.h"
 #include "standalone/Codebook/Variables.h"
 #include "standalone/Dictionary/Changes.h"
+#include "standalone/Text/Tokens.h"
 #include "standalone/Text/Utf8.h"
 #include "standalone/Xml/Editor.h"
 
@@ -143,8 +144,15 @@ class CodebookWriter {
         SetsWeight() && now_.file.weight == static_cast<int>(column) && !read.weights;
     if (weights) editor.SetAttribute(read.element, "wgt", "wgt");
     if (changed.Empty()) return;
-    WriteVariable(read.element, *file_.dictionary.variables[column], *now_.variables[column],
-                  changed, codebook_.languages, editor);
+    WriteVariable(
+        read.element, *file_.dictionary.variables[column], *now_.variables[column], changed,
+        codebook_.languages,
+        changed.Has(Property::Documentation) ? PlaceInVariable(read.element) : MarkupPlace(),
+        editor);
+  }
+
+  MarkupPlace PlaceInVariable(Element var) const {
+    return PlaceIn(document_, {document_.Root(), codebook_.DescriptionAround(var), var});
   }
 
   // Whether the document would not read as weighted as the file is now.
@@ -204,7 +212,8 @@ class CodebookWriter {
     editor.SetText(note, now_.file.weight < 0 ? std::string() : NameAt(now_.file.weight));
   }
 
-  // How a new variable names its file: as the file's last one does.
+  // How a new variable names its file: as the file's last one does. Where that is in several files
+  // the new one is in this file alone: another one may have a variable of its name.
   NewVariablePlace PlaceOfNew() const {
     NewVariablePlace place;
     if (ReadCount() == 0) {
@@ -213,6 +222,8 @@ class CodebookWriter {
     }
     const Element last = AsRead(ReadCount() - 1).element;
     place.files = last.Attribute("files").View();
+    const std::string id = codebook_.files[file_.place].id.String();
+    if (SplitTokens(place.files).size() > 1 && !id.empty()) place.files = id;
     if (!Trim(place.files).empty()) return place;
     place.files.clear();
     for (const Element location : last.All(element::location)) {
@@ -236,10 +247,10 @@ class CodebookWriter {
   }
 
   // The elements of the new variables.
-  std::vector<NewElement> NewVariables(const std::string& prefix) {
+  std::vector<NewElement> NewVariables(const MarkupPlace& around) {
     std::vector<NewElement> variables;
     NewVariablePlace place = PlaceOfNew();
-    place.prefix = prefix;
+    place.markup = around;
     for (std::size_t i = ReadCount(); i < now_.variables.size(); ++i) {
       const Variable& variable = *now_.variables[i];
       place.id = IdOf(i);
@@ -255,8 +266,7 @@ class CodebookWriter {
   void AddToDataDescription() {
     const Element last = ReadCount() > 0 ? AsRead(ReadCount() - 1).element : Element();
     const Element description = codebook_.DescriptionAround(last);
-    std::vector<NewElement> variables =
-        NewVariables(description ? description.Prefix() : document_.Root().Prefix());
+    std::vector<NewElement> variables = NewVariables(codebook_.PlaceAround(description));
     if (variables.empty() && newSets_.empty()) return;
     if (!description) {
       NewElement added{.element = element::dataDscr, .children = std::move(newSets_)};

@@ -6,15 +6,14 @@
 #include <map>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "standalone/Codebook/Codebook.h"
 #include "standalone/Codebook/CodebookFile.h"
-#include "standalone/Codebook/Documentation.h"
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Codebook/Ids.h"
 #include "standalone/Codebook/Notes.h"
+#include "standalone/Text/Hash.h"
 #include "standalone/Text/Tokens.h"
 #include "standalone/Text/Utf8.h"
 #include "standalone/Xml/Editor.h"
@@ -84,7 +83,7 @@ class SetWriter {
 
   // Removes sets, with the groups of the same names that are not in the dictionary.
   void RemoveSets(SetKind kind, const std::unordered_map<std::size_t, const VariableSet*>& sets) {
-    std::unordered_set<std::string_view> names;
+    ViewSet names;
     for (const auto& [place, set] : sets) names.insert(set->name);
     for (const Codebook::Group& group : codebook_.groups) {
       const bool goes =
@@ -104,8 +103,7 @@ class SetWriter {
         WriteGroup(written);
         continue;
       }
-      const std::string prefix = description ? description.Prefix() : document_.Root().Prefix();
-      NewElement added = NewGroup(written, kind, prefix);
+      NewElement added = NewGroup(written, kind, codebook_.PlaceAround(description));
       if (last == nullptr) {
         unplaced_.push_back(std::move(added));
       } else {
@@ -163,7 +161,7 @@ class SetWriter {
     return NewNote(element::varGrp, kFileNote, codebook_.files[writing_.file.place].id.String());
   }
 
-  NewElement NewGroup(const Written& written, SetKind kind, const std::string& prefix) {
+  NewElement NewGroup(const Written& written, SetKind kind, const MarkupPlace& place) {
     const VariableSet& set = *written.set;
     NewElement group{.element = element::varGrp};
     const bool isMultiple = kind == SetKind::MultipleResponse;
@@ -179,13 +177,13 @@ class SetWriter {
     } else {
       AddLabels(group, "", set.label, set.languages, codebook_.languages);
     }
-    if (set.brought) AddBrought(*set.brought, prefix, group);
+    if (set.brought) AddBrought(*set.brought, place, group);
     if (ids.empty() && NeedsFileNote(false)) group.children.push_back(NewFileNote());
     SortChildren(group, document_.Scopes().Words());
     return group;
   }
 
-  void AddBrought(const BroughtSet& brought, const std::string& prefix, NewElement& group) {
+  void AddBrought(const BroughtSet& brought, const MarkupPlace& place, NewElement& group) {
     std::vector<std::string> subsets;
     for (const auto& [kind, name] : brought.subsets) {
       const std::string id = IdOf(kind, name);
@@ -193,9 +191,7 @@ class SetWriter {
     }
     if (!subsets.empty()) group.attributes.emplace_back("varGrp", JoinTokens(subsets));
     for (const std::string& markup : brought.documentation) {
-      for (NewElement& added : NewDocumentation(markup, prefix)) {
-        group.children.push_back(std::move(added));
-      }
+      group.children.push_back(NewCarried(place, markup));
     }
   }
 
@@ -220,7 +216,7 @@ class SetWriter {
   }
 
   // The IDs that the file's variables were read with, and those of all variables.
-  const std::unordered_set<std::string>& OwnIds() {
+  const TextSet& OwnIds() {
     if (ownIds_.empty()) {
       for (const std::size_t place : writing_.file.variablePlaces) {
         ownIds_.insert(codebook_.variables[place].id.String());
@@ -228,7 +224,7 @@ class SetWriter {
     }
     return ownIds_;
   }
-  const std::unordered_set<std::string>& AllIds() {
+  const TextSet& AllIds() {
     if (allIds_.empty()) {
       for (const Codebook::Variable& variable : codebook_.variables) {
         allIds_.insert(variable.id.String());
@@ -244,9 +240,9 @@ class SetWriter {
   std::array<std::vector<Written>, kSetKinds.size()> written_;
   std::map<std::pair<SetKind, std::string_view>, std::string> idsByName_;
   std::vector<NewElement> unplaced_;
-  std::unordered_set<std::string> ownIds_;
-  std::unordered_set<std::string> allIds_;
-  std::unordered_set<std::string> goneIds_;  // of the groups that go
+  TextSet ownIds_;
+  TextSet allIds_;
+  TextSet goneIds_;  // of the groups that go
 };
 
 }  // namespace

@@ -85,17 +85,6 @@ std::vector<Text> ReadLocations(Element var, TextArena& texts) {
   return ids;
 }
 
-// Adds what has been brought of the kinds that the variable lacked.
-void WriteDocumentation(Element var, const Variable& read, const Variable& now, Editor& editor) {
-  if (!now.brought) return;
-  for (const DocumentationElement& element : now.brought->documentation) {
-    if (read.documented.Has(element.kind)) continue;
-    for (const NewElement& added : NewDocumentation(element.markup, var.Prefix())) {
-      editor.Insert(var, added);
-    }
-  }
-}
-
 }  // namespace
 
 std::shared_ptr<Variable> VariablePool::Add() {
@@ -147,7 +136,7 @@ VariableReading ReadVariable(Element var, VariablePool& variables, LabelReader& 
 }
 
 void WriteVariable(Element var, const Variable& read, const Variable& now, PropertySet changed,
-                   const Languages& languages, Editor& editor) {
+                   const Languages& languages, const MarkupPlace& place, Editor& editor) {
   if (changed.Has(Property::Label) && now.label) {
     WriteLabel(var, kLabelLevel, *now.label, now.labelLanguages, languages, editor);
   }
@@ -163,7 +152,7 @@ void WriteVariable(Element var, const Variable& read, const Variable& now, Prope
   if (changed.Has(Property::Role)) WriteNote(var, kRoleNote, RoleNote(now), editor);
   if (changed.Has(Property::Alignment)) WriteNote(var, kAlignmentNote, AlignmentNote(now), editor);
   if (changed.Has(Property::Attributes)) WriteAttributes(now.attributes, var, editor);
-  if (changed.Has(Property::Documentation)) WriteDocumentation(var, read, now, editor);
+  if (changed.Has(Property::Documentation)) WriteDocumentation(var, read, now, place, editor);
 }
 
 NewElement NewVariable(const Variable& variable, const NewVariablePlace& place,
@@ -198,9 +187,7 @@ NewElement NewVariable(const Variable& variable, const NewVariablePlace& place,
   }
   AddAttributes(variable.attributes, var);
   for (const DocumentationElement& element : brought.documentation) {
-    for (NewElement& added : NewDocumentation(element.markup, place.prefix)) {
-      var.children.push_back(std::move(added));
-    }
+    var.children.push_back(NewCarried(place.markup, element.markup));
   }
   SortChildren(var, CodebookVocabulary());
   return var;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "standalone/Codebook/CarriedMarkup.h"
 #include "standalone/Codebook/Labels.h"
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Dictionary/Variable.h"
@@ -51,9 +52,9 @@ VariableReading ReadVariable(Element var, VariablePool& variables, LabelReader& 
                              TextArena& texts);
 
 // Edits a var, which was read as `read`, so that it reads as the variable is now, which differs in
-// the properties that have changed. What reads so already is not touched.
+// the properties that have changed. What reads so already is not touched. place is that in the var.
 void WriteVariable(Element var, const Variable& read, const Variable& now, PropertySet changed,
-                   const Languages& languages, Editor& editor);
+                   const Languages& languages, const MarkupPlace& place, Editor& editor);
 
 // What the var of a variable that has been added says of its place in the document.
 struct NewVariablePlace {
@@ -62,7 +63,7 @@ struct NewVariablePlace {
   std::string locationFile;  // the file that a location names; may be empty
   bool weights = false;
   std::vector<std::string> weightIds;  // of the variables by which it is weighted
-  std::string prefix;                  // of the standard's elements there, with its colon
+  MarkupPlace markup;                  // around the var
 };
 
 // The var of a variable that has been added.

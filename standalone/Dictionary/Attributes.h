@@ -2,9 +2,9 @@
 
 #include <cstddef>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "standalone/Text/Hash.h"
 #include "standalone/Text/Text.h"
 
 namespace velahost {
@@ -39,7 +39,7 @@ class AttributeIndex {
  private:
   CustomAttributes& attributes_;
   // Places by upper-case name, made by the first look-up among more than a few attributes.
-  std::unordered_map<std::string, std::size_t> places_;
+  TextMap<std::size_t> places_;
 };
 
 }  // namespace velahost

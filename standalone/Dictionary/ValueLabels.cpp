@@ -5,6 +5,7 @@
 #include <functional>
 #include <utility>
 
+#include "standalone/Text/Hash.h"
 #include "standalone/Text/Utf8.h"
 
 namespace velahost {
@@ -12,10 +13,6 @@ namespace {
 
 // Up to this many pairs are searched one by one.
 constexpr std::size_t kFew = 16;
-
-// Zero and negative zero are the same number, here as in a comparison.
-std::size_t HashOf(double number) { return std::hash<double>()(number); }
-std::size_t HashOf(std::string_view string) { return std::hash<std::string_view>()(string); }
 
 bool HasValue(const ValueLabel& pair, double number) { return pair.number == number; }
 bool HasValue(const ValueLabel& pair, std::string_view string) { return pair.string == string; }

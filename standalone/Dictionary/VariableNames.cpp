@@ -3,6 +3,7 @@
 #include <bit>
 #include <functional>
 
+#include "standalone/Text/Hash.h"
 #include "standalone/Text/Utf8.h"
 
 namespace velahost {
@@ -35,7 +36,7 @@ int VariableNames::FindUpperCase(std::string_view name) const {
 
 std::size_t VariableNames::SlotOf(std::string_view upperCaseName) const {
   const std::size_t mask = slots_.size() - 1;
-  std::size_t slot = std::hash<std::string_view>()(upperCaseName) & mask;
+  std::size_t slot = HashOf(upperCaseName) & mask;
   while (slots_[slot] != 0 && names_[slots_[slot] - 1].upperCase != upperCaseName) {
     slot = (slot + 1) & mask;
   }

@@ -53,7 +53,8 @@ Bytes Bytes::Room(std::size_t size) {
   return bytes;
 }
 
-FileBytes ReadFile(const std::string& path) {
+FileBytes ReadFile(const std::string& path, std::size_t most,
+                   const std::function<void(std::string_view first)>& look) {
   if (path.find('\0') != std::string::npos) CannotRead(path, "there is a zero byte in its name");
   // Without O_NONBLOCK a pipe that nobody writes to would never be opened.
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -63,11 +64,16 @@ FileBytes ReadFile(const std::string& path) {
   if (!S_ISREG(status.st_mode)) {
     CannotRead(path, S_ISDIR(status.st_mode) ? "it is a folder" : "it is not a regular file");
   }
+  const auto size = static_cast<std::size_t>(status.st_size);
+  if (size > most) CannotRead(path, "it has more than " + std::to_string(most >> 20) + " MB");
   // One byte more than expected shows the end of the file without another turn.
-  std::size_t room = static_cast<std::size_t>(status.st_size) + 1;
+  std::size_t room = size + 1;
   Bytes bytes = Bytes::Room(room);
-  std::size_t length = ReadUpTo(file, bytes.Data(), room, path);
-  while (length == room) {  // the file has grown
+  constexpr std::size_t kFirst = 4096;
+  std::size_t length = ReadUpTo(file, bytes.Data(), std::min(room, kFirst), path);
+  look({bytes.Data(), length});
+  length += ReadUpTo(file, bytes.Data() + length, room - length, path);
+  while (length == room && length <= most) {  // the file has grown
     room *= 2;
     Bytes more = Bytes::Room(room);
     std::copy_n(bytes.Data(), length, more.Data());

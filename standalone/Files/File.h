@@ -59,8 +59,10 @@ struct FileBytes {
   FileIdentity identity;
 };
 
-// Reads a whole regular file. Throws FileError.
-FileBytes ReadFile(const std::string& path);
+// Reads a whole regular file of at most so many bytes. The function is shown the first bytes before
+// the rest is read, and may throw. Throws FileError.
+FileBytes ReadFile(const std::string& path, std::size_t most,
+                   const std::function<void(std::string_view first)>& look);
 
 // Which file stands at the path, links followed; nothing when there is none.
 std::optional<FileIdentity> IdentityAt(const std::string& path);

@@ -138,6 +138,7 @@ class TemporaryFile {
  public:
   TemporaryFile(const std::string& path, const Target& target)
       : path_(path),
+        unchanged_(target.isThere ? "the file is as it was" : "no file was made"),
         folder_(open(target.folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)),
         file_(folder_.IsOpen() ? Create(target) : -1) {
     if (!file_.IsOpen()) {
@@ -154,7 +155,7 @@ class TemporaryFile {
     while (!bytes.empty()) {
       const ssize_t written = write(file_.Number(), bytes.data(), bytes.size());
       if (written < 0 && errno == EINTR) continue;
-      if (written < 0) FailBySystem(path_, "writing failed", "the file is as it was");
+      if (written < 0) FailBySystem(path_, "writing failed", unchanged_);
       bytes.remove_prefix(static_cast<std::size_t>(written));
     }
   }
@@ -178,8 +179,8 @@ class TemporaryFile {
 
   // Makes it the target, to last.
   void Replace(const Target& target) {
-    if (fsync(file_.Number()) != 0) FailBySystem(path_, "writing failed", "the file is as it was");
-    if (file_.Close() != 0) FailBySystem(path_, "writing failed", "the file is as it was");
+    if (fsync(file_.Number()) != 0) FailBySystem(path_, "writing failed", unchanged_);
+    if (file_.Close() != 0) FailBySystem(path_, "writing failed", unchanged_);
     if (renameat(folder_.Number(), name_.c_str(), folder_.Number(), target.name.c_str()) != 0) {
       FailBySystem(path_, "it cannot be replaced");
     }
@@ -219,7 +220,8 @@ class TemporaryFile {
   }
 
   const std::string& path_;
-  std::string name_;  // empty once there is nothing to remove
+  const char* const unchanged_;  // what a failure left behind
+  std::string name_;             // empty once there is nothing to remove
   Descriptor folder_;
   Descriptor file_;
 };

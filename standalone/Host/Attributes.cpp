@@ -2,10 +2,12 @@
 
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "host/Data.h"
 #include "standalone/Host/Calls.h"
+#include "standalone/Host/Host.h"
 #include "standalone/Host/HostAccess.h"
 
 using velahost::Attribute;
@@ -49,6 +51,37 @@ std::vector<DocumentationElement> velahost::ElementsOf(const DocumentationPart& 
     if (part.kinds.Has(element.kind) && !inFile.Has(element.kind)) elements.push_back(element);
   }
   return elements;
+}
+
+namespace {
+
+// Whether an element of that name can stand in the file's document; warns if not.
+bool CanStandIn(const velahost::CodebookFile& file, const std::string& markup,
+                const std::string& element, const std::string& name) {
+  const std::optional<std::string> why = WhyNotIn(file, markup);
+  if (!why) return true;
+  velahost::Host::Current().diagnostics.Report(
+      velahost::Severity::TransferWarning,
+      {"^1: The element ^2 is not brought, since it ^3...", {name, element, *why}});
+  return false;
+}
+
+}  // namespace
+
+void velahost::LeaveOut(std::vector<DocumentationElement>& elements, const CodebookFile* into,
+                        const std::string& name) {
+  if (into == nullptr) return;
+  std::erase_if(elements, [&](const DocumentationElement& element) {
+    return !CanStandIn(*into, element.markup, NameOf(element.kind), name);
+  });
+}
+
+void velahost::LeaveOut(std::vector<std::string>& markup, const CodebookFile* into,
+                        const std::string& name) {
+  if (into == nullptr) return;
+  std::erase_if(markup, [&](const std::string& element) {
+    return !CanStandIn(*into, element, ElementNameOf(element), name);
+  });
 }
 
 // Not shown to the observer of calls: the host makes its own sets by it, and the library only makes

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "host/Data.h"
@@ -24,6 +25,12 @@ struct DocumentationPart {
 
 // The elements of the kinds.
 std::vector<DocumentationElement> ElementsOf(const DocumentationPart& part);
+
+// Takes out, with a warning that names the variable or set, what cannot stand in the document of
+// the file that it is brought into; a null file takes everything.
+void LeaveOut(std::vector<DocumentationElement>& elements, const CodebookFile* into,
+              const std::string& name);
+void LeaveOut(std::vector<std::string>& markup, const CodebookFile* into, const std::string& name);
 
 }  // namespace velahost
 

@@ -174,10 +174,13 @@ velahost::Brought BroughtBy(const VELA_Variable::Impl& variable) {
 
 // What a new column keeps of the variable: all that the variable says, and of the document that it
 // was read from what goes with it, but no place there.
-std::unique_ptr<VELA_Variable::Impl> ColumnOf(const VELA_Variable::Impl& inserted) {
+std::unique_ptr<VELA_Variable::Impl> ColumnOf(const VELA_Variable::Impl& inserted,
+                                              const velahost::CodebookFile* into) {
   auto variable = std::make_shared<velahost::Variable>(*inserted.now);
   variable->categories = nullptr;
   velahost::Brought brought = BroughtBy(inserted);
+  LeaveOut(brought.documentation, into, variable->name.String());
+  variable->documented = {};
   for (const velahost::DocumentationElement& element : brought.documentation) {
     if (!IsOfNewVariables(element.kind)) variable->documented.Add(element.kind);
   }
@@ -221,5 +224,5 @@ void DEDataStore::InsertVariable(unsigned int position, const VELA_Variable& var
   if (store.Names().Find(inserted.now->name) >= 0) {
     refuse("The working file has a variable of that name already");
   }
-  store.Add(ColumnOf(inserted));
+  store.Add(ColumnOf(inserted, store.readFrom.get()));
 }

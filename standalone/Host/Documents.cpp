@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 #include "standalone/Host/Calls.h"
 #include "standalone/Host/DataSources.h"
 #include "standalone/Host/HostAccess.h"
+#include "standalone/Text/Hash.h"
 
 using velahost::Called;
 using velahost::Released;
@@ -44,7 +44,7 @@ std::vector<DSDocument> GetDocuments(const VELA_DataSource& dataSource) {
 
 void DeDup(std::vector<DSDocument>& documents) {
   Called("DeDup");
-  std::unordered_set<std::string_view> texts;
+  velahost::ViewSet texts;
   for (const DSDocument& document : documents) texts.insert(HostAccess::TextOf(document));
   if (texts.size() == documents.size()) return;
   std::vector<DSDocument> firsts;

@@ -2,7 +2,6 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -13,6 +12,7 @@
 #include "standalone/Host/DataSources.h"
 #include "standalone/Host/Host.h"
 #include "standalone/Host/HostAccess.h"
+#include "standalone/Text/Hash.h"
 
 using velahost::Called;
 using velahost::Host;
@@ -69,7 +69,8 @@ bool HasLabel(const VariableSet& set) {
 }
 
 // A set that the data source does not have yet. It brings what its document says of it.
-velahost::VariableSet NewSetOf(const VariableSet& set, const VariableNames& names) {
+velahost::VariableSet NewSetOf(const VariableSet& set, const VELA_DataSource::Impl& owner) {
+  const VariableNames& names = owner.Names();
   velahost::VariableSet result;
   result.name = Text(set.name);
   if (HasLabel(set)) result.label = Text(set.label);
@@ -81,8 +82,9 @@ velahost::VariableSet NewSetOf(const VariableSet& set, const VariableNames& name
   result.languages = kept->set.languages;
   result.brought = kept->set.brought;
   if (kept->file && kept->set.place) {
-    result.brought =
-        std::make_shared<const velahost::BroughtSet>(BroughtWith(*kept->file, kept->set));
+    auto brought = std::make_shared<velahost::BroughtSet>(BroughtWith(*kept->file, kept->set));
+    velahost::LeaveOut(brought->documentation, owner.readFrom.get(), set.name);
+    result.brought = std::move(brought);
   }
   return result;
 }
@@ -123,13 +125,13 @@ void SaveVariableSets(const std::vector<VariableSet>& sets, VELA_DataSource& dat
   VELA_DataSource::Impl& impl = HostAccess::Of(dataSource);
   const VariableNames& names = impl.Names();
   auto& present = impl.items.SetsOf(static_cast<SetKind>(type));
-  std::unordered_map<std::string_view, const velahost::VariableSet*> known;
+  velahost::ViewMap<const velahost::VariableSet*> known;
   for (const velahost::VariableSet& set : present) known.emplace(set.name, &set);
   std::vector<velahost::VariableSet> next;
   next.reserve(sets.size());
   for (const VariableSet& set : sets) {
     const auto found = known.find(set.name);
-    next.push_back(found == known.end() ? NewSetOf(set, names)
+    next.push_back(found == known.end() ? NewSetOf(set, impl)
                                         : Updated(*found->second, set, names));
   }
   present.swap(next);

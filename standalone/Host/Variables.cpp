@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "standalone/Host/DataSources.h"
 #include "standalone/Host/Host.h"
 #include "standalone/Host/HostAccess.h"
+#include "standalone/Text/Hash.h"
 #include "standalone/Text/Utf8.h"
 
 // Every setting makes the new value first, from what may be the variable's own property, and
@@ -43,8 +43,8 @@ constexpr int kFormatUnstated = 3;
 // letters, from 1.
 struct FormatTypes {
   std::vector<Text> letters = {Text("A"), Text("HEX"), Text()};
-  std::unordered_map<Text, int> numbers = {{letters[0], VELA_Variable::FormatString},
-                                           {letters[1], VELA_Variable::FormatHexString}};
+  velahost::TextMap<int> numbers = {{letters[0].String(), VELA_Variable::FormatString},
+                                    {letters[1].String(), VELA_Variable::FormatHexString}};
 };
 
 FormatTypes& Types() {
@@ -54,10 +54,11 @@ FormatTypes& Types() {
 
 VELA_Variable::FormatType TypeOf(const Format& format) {
   FormatTypes& types = Types();
-  auto found = types.numbers.find(format.letters);
+  auto found = types.numbers.find(format.letters.View());
   if (found == types.numbers.end()) {
     types.letters.push_back(format.letters);
-    found = types.numbers.emplace(format.letters, static_cast<int>(types.letters.size())).first;
+    found = types.numbers.emplace(format.letters.String(), static_cast<int>(types.letters.size()))
+                .first;
   }
   return static_cast<VELA_Variable::FormatType>(found->second);
 }
@@ -326,7 +327,11 @@ void VELA_Variable::SetAttributes(const DatasourceAttributes& attributes) {
   for (const DocumentationPart& part : parts) {
     DocumentationPart lacking = part;
     lacking.kinds = part.kinds.Without(documented);
-    for (velahost::DocumentationElement& element : ElementsOf(lacking)) {
+    std::vector<velahost::DocumentationElement> elements = ElementsOf(lacking);
+    const velahost::CodebookFile* const into =
+        impl_->owner == nullptr ? impl_->file.get() : impl_->owner->readFrom.get();
+    LeaveOut(elements, into, impl_->now->name.String());
+    for (velahost::DocumentationElement& element : elements) {
       documented.Add(element.kind);
       brought->documentation.push_back(std::move(element));
     }

@@ -3,7 +3,6 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -93,10 +92,3 @@ class TextArena {
 };
 
 }  // namespace velahost
-
-template <>
-struct std::hash<velahost::Text> {
-  std::size_t operator()(const velahost::Text& text) const {
-    return std::hash<std::string_view>()(text);
-  }
-};

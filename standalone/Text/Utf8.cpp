@@ -17,11 +17,25 @@ std::size_t BytesOf(int code) {
 
 int AsciiCapitalOf(int code) { return code >= 'a' && code <= 'z' ? code - ('a' - 'A') : code; }
 
-// The capital of a well-formed character; the character itself where the capital takes more bytes.
+// The simple case folding of a character: one character for all that differ in case alone.
+int FoldingOf(int code) {
+  constexpr int kCapitalIWithDot = 0x130;  // has a simple folding in Turkish only
+  utf8proc_int32_t folded[8];
+  int boundary = 0;
+  const auto count = utf8proc_decompose_char(code, folded, 8, UTF8PROC_CASEFOLD, &boundary);
+  if (count == 1) return folded[0];
+  // What folds to several characters folds simply to its small letter.
+  return code == kCapitalIWithDot ? code : utf8proc_tolower(code);
+}
+
+// The capital of a character: one for all characters that fold to the same. Where the capital would
+// take more bytes than the folding it is the folding, so it never takes more than the character.
 int CapitalOf(const Character& character) {
   if (character.code < 0x80) return AsciiCapitalOf(character.code);
-  const int capital = utf8proc_toupper(character.code);
-  return BytesOf(capital) > character.length ? character.code : capital;
+  const int folding = FoldingOf(character.code);
+  const int capital = utf8proc_toupper(folding);
+  const bool isOfTheSame = FoldingOf(capital) == folding;
+  return isOfTheSame && BytesOf(capital) <= BytesOf(folding) ? capital : folding;
 }
 
 // Turns the bytes into upper case in place and returns how many they are now. What has been written

@@ -27,8 +27,9 @@ void AppendCharacter(std::string& text, int code);
 bool IsLetter(int code);
 bool IsMark(int code);
 
-// The text in upper case, character by character. A letter whose capital takes more bytes than it
-// does stays as it is, so the text never grows.
+// The text in the case in which texts are compared: two texts have the same one exactly if they are
+// the same by Unicode's simple case folding. It is upper case, except for letters whose capital
+// takes more bytes than their small letter; the text never grows.
 std::string UpperCase(std::string_view text);
 // The same in place, on a zero-terminated text.
 void UpperCaseInPlace(char* text);

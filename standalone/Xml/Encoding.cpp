@@ -112,6 +112,16 @@ const char* Encoding::Name() const { return IsUtf8() ? "UTF-8" : table_->name.c_
 
 int Encoding::CodeOf(unsigned char byte) const { return table_->codes[byte]; }
 
+bool Encoding::Has(std::string_view utf8) const {
+  if (IsUtf8()) return true;
+  for (std::size_t i = 0; i < utf8.size();) {
+    const Character character = CharacterAt(utf8, i);
+    if (!table_->bytes.contains(character.code)) return false;
+    i += character.length;
+  }
+  return true;
+}
+
 std::string Encoding::Encode(std::string utf8) const {
   if (IsUtf8()) return utf8;
   std::string bytes;

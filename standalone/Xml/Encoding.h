@@ -27,6 +27,9 @@ class Encoding {
   // The code of the character that a byte stands for; -1 for none. REQUIRES: not UTF-8.
   int CodeOf(unsigned char byte) const;
 
+  // Whether it has every character of a text in UTF-8.
+  bool Has(std::string_view utf8) const;
+
   // Markup or text in UTF-8 as bytes of the encoding. A character that the encoding lacks becomes a
   // character reference.
   std::string Encode(std::string utf8) const;

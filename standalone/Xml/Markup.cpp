@@ -222,7 +222,7 @@ bool HasText(std::string_view content) {
 void AppendText(std::string& markup, std::string_view text, std::string_view newLine) {
   while (!text.empty()) {
     const auto* const special = std::find_if(text.begin(), text.end(), [](char c) {
-      return c == '&' || c == '<' || c == '>' || c == '\n';
+      return c == '&' || c == '<' || c == '>' || c == '\n' || c == '\r';
     });
     markup.append(text.begin(), special);
     if (special == text.end()) return;
@@ -235,6 +235,9 @@ void AppendText(std::string& markup, std::string_view text, std::string_view new
         break;
       case '>':
         markup += "&gt;";
+        break;
+      case '\r':  // as it is, it would read as a line feed
+        markup += "&#13;";
         break;
       default:
         markup += newLine;

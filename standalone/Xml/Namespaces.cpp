@@ -25,6 +25,7 @@ std::optional<Namespaces::Scope> Namespaces::Enter(Scope outer, const char* cons
     if (Find(scope, prefix) == uri) continue;
     const std::size_t inScope = scope == kOutermost ? 1 : bindings_[scope - 1].inScope + 1;
     if (inScope > kMostInScope) return std::nullopt;
+    mostInScope_ = std::max(mostInScope_, inScope);
     bindings_.push_back(
         {std::string(prefix), std::string(uri), IsStandardUri(uri), scope, inScope});
     scope = static_cast<Scope>(bindings_.size());

@@ -42,6 +42,11 @@ class Namespaces {
   // The namespace that a prefix is bound to; empty for none.
   std::string_view Find(Scope scope, std::string_view prefix) const;
 
+  // The namespace that was adopted; empty for none.
+  std::string_view AdoptedUri() const { return adopted_; }
+  // The most declarations that have been in scope at one place.
+  std::size_t MostInScope() const { return mostInScope_; }
+
   // The declarations in a scope alone, and the scope among them.
   std::pair<Namespaces, Scope> Only(Scope scope) const;
 
@@ -59,6 +64,7 @@ class Namespaces {
 
   const Vocabulary* vocabulary_;
   std::vector<Binding> bindings_;
+  std::size_t mostInScope_ = 0;
   std::string adopted_;
 };
 

@@ -29,31 +29,9 @@ void AppendLead(std::string& markup, std::string_view lead, std::size_t depth,
   for (std::size_t level = 0; level < depth; ++level) markup += layout.unit;
 }
 
-// Adds markup of an element, its lines indented like the others: where white space with a line end
-// is all that stands between two tags.
-void AppendMarkup(std::string& markup, std::string_view element, const Layout& layout,
-                  std::string_view lead, std::size_t depth) {
-  for (std::size_t i = 0; i < element.size();) {
-    const std::size_t tag = std::min(element.find('<', i), element.size());
-    const std::string_view between = element.substr(i, tag - i);
-    const bool ends = element.substr(tag, 2) == "</";
-    const bool indents = !lead.empty() && between.find('\n') != std::string_view::npos &&
-                         std::all_of(between.begin(), between.end(), IsSpace);
-    if (ends) --depth;
-    if (indents) {
-      AppendLead(markup, lead, depth, layout);
-    } else {
-      AppendWithLineEnds(markup, between, layout.newLine);
-    }
-    i = tag + TagEnd(element.substr(tag));
-    markup += element.substr(tag, i - tag);
-    if (tag < element.size() && !ends && element[i - 2] != '/') ++depth;
-  }
-}
-
 void AppendAtDepth(std::string& markup, const NewElement& element, const Layout& layout,
                    std::string_view prefix, std::string_view lead, std::size_t depth) {
-  if (!element.markup.empty()) return AppendMarkup(markup, element.markup, layout, lead, depth);
+  if (!element.markup.empty()) return AppendWithLineEnds(markup, element.markup, layout.newLine);
   const std::string_view name = layout.vocabulary->NameOf(element.element);
   markup += '<';
   markup += prefix;

@@ -23,6 +23,13 @@ bool IsUtf16(std::string_view text) {
          text.starts_with("\0<"sv) || text.starts_with("<\0"sv);
 }
 
+// Whether XML 1.0 takes a version: every document of version 1 is read as one of 1.0.
+bool IsVersion(std::string_view version) {
+  return version.size() > 2 && version.starts_with("1.") &&
+         std::all_of(version.begin() + 2, version.end(),
+                     [](char c) { return c >= '0' && c <= '9'; });
+}
+
 // The encoding that the XML declaration of a document in single bytes names; empty for none.
 std::string_view DeclaredEncoding(std::string_view text) {
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
@@ -115,11 +122,14 @@ struct XmlParser::Callbacks {
     Guard(self, [&] { self.handler_.Text("&" + std::string(name) + ";"); });
   }
 
-  static void Declaration(void* data, const char* /*version*/, const char* encoding,
+  static void Declaration(void* data, const char* version, const char* encoding,
                           int /*standalone*/) {
     auto& self = *static_cast<XmlParser*>(data);
-    if (encoding == nullptr) return;
     Guard(self, [&] {
+      if (version != nullptr && !IsVersion(version)) {
+        self.Fail("XML of version " + std::string(version) + " cannot be read: let it be 1.0");
+      }
+      if (encoding == nullptr) return;
       if (IsUtf16Name(encoding)) {
         self.saysUtf16_ = true;
         return;
@@ -208,8 +218,10 @@ void XmlParser::SetCallbacks() {
 }
 
 void XmlParser::ParseDocument(std::string_view text) {
-  for (std::size_t begin = 0; begin < text.size(); begin += kPiece) {
-    Parse(text.substr(begin, kPiece));
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::string_view piece = text.substr(begin, NextPiece(kPiece));
+    Parse(piece);
+    begin += piece.size();
   }
   Finish();
 }
@@ -254,9 +266,12 @@ void XmlParser::ParsePart(std::string_view text, std::size_t begin, Encoding enc
 }
 
 void XmlParser::Feed(std::string_view bytes, bool last) {
+  const XML_Index before = XML_GetCurrentByteIndex(parser_);
   const XML_Status status =
       XML_Parse(parser_, bytes.data(), static_cast<int>(bytes.size()), last ? XML_TRUE : XML_FALSE);
   fed_ += static_cast<std::ptrdiff_t>(bytes.size());
+  const bool hasComeOn = XML_GetCurrentByteIndex(parser_) != before;
+  inToken_ = hasComeOn ? 0 : inToken_ + bytes.size();
   Check(status == XML_STATUS_OK);
 }
 

@@ -72,6 +72,9 @@ class XmlParser {
   // The same step by step: reads the next bytes, and ends the document. Throws XmlError.
   void Parse(std::string_view bytes);
   void Finish();
+  // How many bytes to read next where `usual` are read at a time. A tag or text that goes beyond what
+  // has been read is gone through anew with each piece, so the pieces grow as long as it goes on.
+  std::size_t NextPiece(std::size_t usual) const { return usual > inToken_ ? usual : inToken_; }
   // What is read next stands at this place of the document and in this scope. What was left out is
   // read elsewhere; the lines and columns of an XmlError do not count it.
   void MoveTo(std::size_t position, Namespaces::Scope scope);
@@ -113,6 +116,7 @@ class XmlParser {
   std::array<Name, 256> names_;            // those met last, each where its letters say
   std::ptrdiff_t offset_ = 0;              // from the parser's positions to those in the document
   std::ptrdiff_t fed_ = 0;
+  std::size_t inToken_ = 0;  // bytes read since the parser came on
   std::size_t depth_ = 0;
   std::size_t defaults_ = 0;   // declared of attributes
   std::size_t outermost_ = 0;  // elements of the parser's own around what is reported
