@@ -146,12 +146,13 @@ const Saving kKinds[] = {
     {"SeveralLabelsInSeveralLanguages",
      Document("<var name='a'><labl xml:lang='fr'>A</labl><labl xml:lang='en'>B</labl><catgry>"
               "<catValu>01</catValu><labl xml:lang='fr'>un</labl><labl xml:lang='en'/></catgry>"
-              "<catgry><catValu>2</catValu><labl>x</labl><labl>y</labl><txt/></catgry></var>\n"),
+              "<catgry><catValu>2</catValu><labl>x</labl><labl xml:lang='FR-ca'>y</labl><labl "
+              "xml:lang='en'>stays</labl></catgry></var>\n"),
      kSource,
      kLabelsOnly,
      {{"'fr'>A<", "'fr'>N&amp;w<"},
       {"'fr'>un<", "'fr'>one<"},
-      {"<labl>x</labl><labl>y</labl>", ""}}},
+      {"<labl>x</labl><labl xml:lang='FR-ca'>y</labl>", ""}}},
     {"CategoryWithoutLabelAndOneTwice",
      Document("<var name='a'><labl/><catgry><catValu> 1 </catValu></catgry><catgry><labl>of no "
               "value</labl></catgry><catgry><catValu>DK</catValu><labl>no number</labl></catgry>"
@@ -181,20 +182,24 @@ const Saving kKinds[] = {
 // What of a variable is changed, in a document that has it already.
 const Saving kProperties[] = {
     {"CategoriesGoOrStay",
-     Document("    <var name='a'>\n"
-              "      <catgry><catValu>1</catValu><labl>one</labl></catgry>\n"
-              "      <catgry ID='C2'><catValu>2</catValu><labl>goes</labl></catgry>\n"
-              "      <catgry><catValu>3</catValu><labl>x</labl><catStat>5</catStat></catgry>\n"
-              "      <catgry missing='Y'><catValu>4</catValu><labl>x</labl></catgry>\n"
-              "      <catgry country='X'><catValu>5</catValu><labl>x</labl></catgry>\n"
-              "      <catgry><catValu>2.0</catValu><labl>goes too</labl></catgry>\n    </var>\n"),
+     Document(
+         "    <var name='a'>\n"
+         "      <catgry><catValu>1</catValu><labl>one</labl></catgry>\n"
+         "      <catgry ID='C2'><catValu>2</catValu><labl>goes</labl></catgry>\n"
+         "      <catgry><catValu>3</catValu><labl>x</labl><catStat>5</catStat></catgry>\n"
+         "      <catgry missing='Y'><catValu>4</catValu><labl>x</labl></catgry>\n"
+         "      <catgry country='X'><catValu>5</catValu><labl>x</labl></catgry>\n"
+         "      <catgry><catValu>2.0</catValu><labl>goes too</labl><labl xml:lang='fr'>va</labl>"
+         "</catgry>\n    </var>\n"),
      kSource,
      "FROM SRC /VARINFO VALLABELS",
      {{"\n      <catgry ID='C2'><catValu>2</catValu><labl>goes</labl></catgry>", ""},
       {"3</catValu><labl>x</labl>", "3</catValu>"},
       {"4</catValu><labl>x</labl>", "4</catValu>"},
       {"5</catValu><labl>x</labl>", "5</catValu>"},
-      {"\n      <catgry><catValu>2.0</catValu><labl>goes too</labl></catgry>", ""}}},
+      {"\n      <catgry><catValu>2.0</catValu><labl>goes too</labl><labl "
+       "xml:lang='fr'>va</labl></catgry>",
+       ""}}},
     {"ReferencesToACategoryThatGoes",
      Document("<var name='a'><catgryGrp catgry='C1 C2'/>"
               "<catgry ID='C1'><catValu>1</catValu><labl>one</labl></catgry>"
@@ -267,31 +272,39 @@ const Saving kProperties[] = {
               "<var name='b'><varFormat formatname='date.other'>F8</varFormat></var>"
               "<var name='c'><varFormat formatname='date'>a date</varFormat></var>"
               "<var name='d'><varFormat formatname='A3'/><notes type='VELA:printFormat'>F3</notes>"
-              "</var><var name='e'><varFormat formatname='F4'/></var>\n"),
-     Document("<var name='A'><varFormat>comma9.2</varFormat></var><var name='B'><varFormat>N4"
-              "</varFormat></var><var name='C'><varFormat>F6</varFormat></var><var name='D'>"
-              "<varFormat>F5</varFormat></var><var name='E'/>"),
+              "</var><var name='e'><varFormat formatname='F4'/></var><var name='f'><varFormat "
+              "formatname='A9'>F9</varFormat></var><var name='g'/>\n"),
+     Document(
+         "<var name='A'><varFormat>comma9.2</varFormat></var><var name='B'><varFormat>N4"
+         "</varFormat></var><var name='C'><varFormat>F6</varFormat></var><var name='D'>"
+         "<varFormat>F5</varFormat></var><var name='E'/><var name='F'><varFormat>F2</varFormat>"
+         "</var><var name='G'><varFormat>F1</varFormat></var>"),
      "FROM SRC /VARINFO FORMATS",
      {{"'F'>F8.2<", "'COMMA'>COMMA9.2<"},
       {">F8<", ">N4<"},
       {"a date</varFormat>",
        "a date</varFormat><notes type=\"VELA:printFormat\" level=\"variable\">F6</notes>"},
-      {">F3<", ">F5<"}}},
+      {">F3<", ">F5<"},
+      {">F9<", ">F2<"},
+      {"<var name='g'/>", "<var name='g'><varFormat type=\"numeric\" formatname=\"F1\"/></var>"}}},
     {"DocumentationThatIsLacking",
      Document(
          "<var name='a'><labl>x</labl><universe/><txt>own</txt><notes type='x'>t</notes></var>"),
      Document(
-         "<var name='A'><qstn ID='Q1'>Why? <qstnLit>So</qstnLit></qstn><universe>all</universe>"
-         "<txt>other</txt><concept/><notes>n1</notes><notes>n2</notes></var>"),
+         "<var name='A'><qstn ID='Q1' var='A' qstn='Q1'>Why? <!-- c --><qstnLit>So</qstnLit></qstn>"
+         "<qstn>Again</qstn><universe access='U'>all</universe>"
+         "<txt>other</txt><concept/><notes>n1</notes><notes "
+         "type='y'>t</notes><notes>n2</notes></var>"),
      "FROM SRC /VARINFO ATTRIBUTES",
-     {{"<labl>x</labl>", "<labl>x</labl><qstn>Why? <qstnLit>So</qstnLit></qstn>"},
+     {{"<labl>x</labl>", "<labl>x</labl><qstn>Why? <qstnLit>So</qstnLit></qstn><qstn>Again</qstn>"},
       {"<universe/>", "<universe/><universe>all</universe>"},
       {"t</notes>", "t</notes><notes>n1</notes><notes>n2</notes>"}}},
     {"FormatsAndNotes",
      Document("    <var name='a' dcml='1'>\n      <varFormat schema='other'/>\n"
               "      <notes type='VELA:columnWidth'> 5\n</notes><notes>kept</notes>\n"
               "      <notes type='VELA:alignment'>left</notes>\n    </var>\n"),
-     Document("<var name='A'><varFormat formatname='comma9.2'/><notes type='VELA:writeFormat'>F7"
+     Document("<var name='A' dcml='2' intrvl='contin' rectype='2'><location width='9'/>"
+              "<varFormat formatname='comma9.2'/><notes type='VELA:writeFormat'>F7"
               "</notes><notes type='VELA:columnWidth'>6</notes></var>"),
      "FROM SRC /VARINFO FORMATS WIDTH ALIGNMENT",
      {{"schema='other'", "schema='other' formatname=\"COMMA9.2\""},
@@ -322,6 +335,22 @@ const Saving kProperties[] = {
       {"<labl>b</labl></catgry>",
        "<labl>b</labl></catgry><catgry><catValu>4</catValu><labl "
        "level=\"category\">d</labl></catgry>"}}},
+    {"FlagsThatSayTheSameAlready",
+     Document("<var name='a'><labl>\n  two\n  lines </labl><catgry missing='Y'><catValu>9</catValu>"
+              "</catgry><catgry missing='Y'><catValu>SYSMISS</catValu></catgry><catgry missing='Y'>"
+              "<catValu>8</catValu></catgry></var><var name='b'/>\n"),
+     Document("<var name='A'><labl>two lines</labl><invalrng><item VALUE='08'/><item VALUE='9'/>"
+              "<item VALUE='SYSMISS'/></invalrng></var><var name='B' nature='nominal'/>"),
+     "FROM SRC /VARINFO VARLABEL MISSING LEVEL",
+     {{"name='b'", "name='b' nature=\"nominal\""}}},
+    {"SysmissAmongFlagsAlone",
+     Document("<var name='a'><catgry missing='Y'><catValu>SYSMISS</catValu></catgry><catgry "
+              "missing='Y'><catValu>1</catValu></catgry></var>\n"),
+     Document("<var name='A'><invalrng><range min='90'/><item VALUE='1.5'/></invalrng></var>"),
+     "FROM SRC /VARINFO MISSING",
+     {{"<var name='a'>",
+       "<var name='a'><invalrng><range min=\"90\"/><item VALUE=\"1.5\"/></invalrng>"},
+      {"<catgry missing='Y'><catValu>1<", "<catgry><catValu>1<"}}},
     {"FlagsOfAStringOfOneByte",
      Document("<var name='a'><catgry missing='Y'><catValu>x</catValu></catgry><varFormat "
               "type='character' formatname='A1'/></var>\n"),
@@ -405,6 +434,34 @@ const Saving kFileAndNew[] = {
      {{"<dataDscr/>",
        "<dataDscr>\n  <var ID=\"V1\" name=\"A&amp;x;B\">\n    <txt>&amp;eacute;</txt>\n"
        "    <varFormat type=\"numeric\"/>\n  </var>\n</dataDscr>"}}},
+    {"NewVariablesWhereThereAreNone",
+     "<codeBook><fileDscr ID='F1'/><fileDscr ID='F2'/><dataDscr>\n<varGrp name='g'/>\n<nCube/>\n"
+     "</dataDscr></codeBook>",
+     Document(
+         "<var name='S'><location width='4'/><varFormat type='character'/></var><var name='T'>"
+         "<varFormat type='character'/></var><var name='N'><varFormat formatname='date'/></var>"),
+     "FROM SRC /NEWVARS",
+     {{"<varGrp name='g'/>",
+       "<varGrp name='g'/>\n<var ID=\"V1\" name=\"S\" files=\"F2\">\n  <varFormat "
+       "type=\"character\" formatname=\"A4\"/>\n</var>\n<var ID=\"V2\" name=\"T\" "
+       "files=\"F2\">\n  <varFormat type=\"character\"/>\n</var>\n<var ID=\"V3\" name=\"N\" "
+       "files=\"F2\">\n  <varFormat type=\"numeric\"/>\n</var>"}},
+     "#F2"},
+    {"VariablesOfSeveralFilesAndOfNone",
+     "<codeBook><fileDscr ID='F1'/><fileDscr ID='F2'/><dataDscr><var name='a' files='F2 F1'/><var "
+     "name='b' files='F3'/><var name='b' files='F2'/><var ID='c' name=' '/></dataDscr></codeBook>",
+     Document("<var name='A' nature='nominal'/><var name='B' nature='nominal'/><var name='C' "
+              "nature='nominal'/>"),
+     "FROM SRC /VARINFO LEVEL",
+     {{"'F2 F1'", "'F2 F1' nature=\"nominal\""},
+      {"'F3'", "'F3' nature=\"nominal\""},
+      {"name=' '", "name=' ' nature=\"nominal\""}}},
+    {"SetNamedByALabelInOneOfItsLanguages",
+     Document("<varGrp ID='G' var='V'><labl xml:lang='fr'>s</labl><labl>t</labl></varGrp><var "
+              "ID='V' name='a'><labl xml:lang='fr'>x</labl></var>\n"),
+     Document("<varGrp name='s' var='V'><labl>L</labl></varGrp><var ID='V' name='A'/>"),
+     "FROM SRC /FILEINFO VARSETS",
+     {{"ID='G' var='V'", "ID='G' var='V' name=\"s\""}, {"'fr'>s<", "'fr'>L<"}}},
     {"IdsOfNames",
      Document("    <var ID='B' name='B'/>\n"),
      Document("<var name='1 \u00B5'/><var name='b!'/><var name='b?'/>"),
@@ -444,7 +501,8 @@ const Saving kFileAndNew[] = {
        "level=\"variable\" xml-lang=\"en\">C</labl>\n  <varFormat type=\"numeric\"/>\n</var>"
        "</dataDscr>"}}},
     {"WrapperAndWindows1252AndPrefixOnAVariable",
-     "<?xml version='1.0' encoding='Windows-1252'?>\n<record xmlns='urn:oai'><codeBook "
+     "<?xml version='1.0' encoding='Windows-1252'?>\n<record xmlns='urn:oai'><!-- <codeBook> -->"
+     "<dataDscr><var name='a'><labl/></var></dataDscr><codeBook "
      "xmlns='ddi:codebook:2_5'><d:dataDscr xmlns='urn:o' xmlns:d='ddi:codebook:2_5'><d:var "
      "name='a'/></d:dataDscr></codeBook></record>",
      Document("<var name='A'><labl>\u20AC \u0416</labl></var>"),
