@@ -181,6 +181,58 @@ TEST(Reading, TakesLabelsOfTheRunsLanguage) {
   }
 }
 
+// What documents a variable, as it is shown.
+TEST(Reading, TakesDocumentationOfTheRunsLanguage) {
+  const Folder folder;
+  const std::string path = folder.Write(
+      "w.xml",
+      "<codeBook xml:lang='fr'><dataDscr><var name='a'><notes type='x'>no</notes><notes> n\n 1 "
+      "</notes><qstn><preQTxt>All</preQTxt><qstnLit xml:lang='en'>Why?</qstnLit><qstnLit "
+      "xml:lang='sv'>Va?</qstnLit></qstn><txt><p>one</p><p>two</p></txt><universe xml:lang='sv'>u"
+      "</universe><txt>3</txt><concept> </concept></var></dataDscr></codeBook>");
+  const std::pair<std::string, std::string> kReadings[] = {
+      {"en", R"({"qstn":["All Why?"],"txt":["one two","3"],"notes":["n 1"]})"},
+      {"", R"({"qstn":["All Why? Va?"],"universe":["u"],"txt":["one two","3"],"notes":["n 1"]})"}};
+  for (const auto& [language, documentation] : kReadings) {
+    const auto opened = velahost::OpenCodebook(path, velahost::OpenFor::Showing, language);
+    EXPECT_EQ(DictionaryJson(opened)["variables"][0]["documentation"].dump(), documentation);
+  }
+}
+
+// A variable's element, and its type and print format: a string's type is its width.
+TEST(Reading, TakesTypesAndFormatsFromWhereTheyStand) {
+  const std::string longest(256, 'x');
+  const std::pair<std::string, std::string> kReadings[] = {
+      {"<location width='5'/><varFormat type='character' formatname='A8'/>", "5 A5"},
+      {"<varFormat type='character' formatname='hex24'>A3</varFormat>", "12 HEX24"},
+      {"<varFormat type='character' formatname='F8'>A7</varFormat>", "7 A7"},
+      {"<varFormat type='character'/><notes type='VELA:printFormat'>A9</notes>", "9 A9"},
+      {"<location width='4'/><varFormat type='character'/>", "4 null"},
+      {"<varFormat type='character' formatname='A32768'/>", "255 null"},
+      {"<invalrng><item VALUE='" + longest + "'/></invalrng><varFormat type='character'/>",
+       "256 null"},
+      {"<varFormat formatname=' date9 '>F8.2</varFormat>", "0 DATE9"},
+      {"<varFormat formatname='F'>f8.2</varFormat>", "0 F8.2"},
+      {"<varFormat formatname='A8'>HEX4</varFormat>", "0 null"},
+      {"<location width='8'/><varFormat formatname='F8.'>F0</varFormat>", "0 null"},
+      {"<varFormat formatname='F8'/><notes type='VELA:printFormat'>N3</notes>", "0 N3"}};
+  for (const auto& [elements, reading] : kReadings) {
+    const velahost::CodebookFile opened =
+        velahost::OpenCodebook("w",
+                               velahost::Bytes("<codeBook><dataDscr><var name='a'>" + elements +
+                                               "</var></dataDscr></codeBook>"),
+                               std::nullopt);
+    const auto variable = DictionaryJson(opened.dictionary)["variables"][0];
+    const auto& print = variable["print"];
+    std::string format = "null";
+    if (!print.is_null()) {
+      format = print["type"].get<std::string>() + print["width"].dump();
+      if (print["decimals"] != 0) format += "." + print["decimals"].dump();
+    }
+    EXPECT_EQ(variable["type"].dump() + " " + format, reading) << elements;
+  }
+}
+
 TEST(Reading, WarnsOnceAFileOfWhatIsNotTaken) {
   const Folder folder;
   const std::string path = folder.Write(
