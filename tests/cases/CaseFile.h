@@ -21,10 +21,12 @@
 // default is given, in this order:
 //   NAME PRINT write=FORMAT "label" {value "label" ...} missing(value ...) width=N level=LEVEL
 //       role=ROLE align=ALIGNMENT attr(name "value" ... name "value" ...)
+//       doc(element "text" ... element "text" ...)
 //   file label "text"              file document "text"             file weight NAME
 //   file attr(name "value" ...)    file mrset NAME "label" (NAME ...)    file varset (the same)
-// PRINT gives the type too: A8 and HEX16 are strings of 8 bytes. A string value is quoted, a quote
-// in it doubled. A range of missing values is 1:5, lo:5 or 1:hi.
+// PRINT gives the type too: A8 and HEX16 are strings of 8 bytes; - is a number whose format is not
+// stated, A- a string whose width is not. A string value is quoted, a quote in it doubled. A range
+// of missing values is 1:5, lo:5 or 1:hi, and comes before single values.
 //
 // command: one or more commands, run in the folder where the files `source` and `working` are. Each
 // is a call of its own, also after one that failed.
