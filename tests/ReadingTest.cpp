@@ -203,7 +203,7 @@ TEST(Reading, TakesDocumentationOfTheRunsLanguage) {
 TEST(Reading, TakesTypesAndFormatsFromWhereTheyStand) {
   const std::string longest(256, 'x');
   const std::pair<std::string, std::string> kReadings[] = {
-      {"<location width='5'/><varFormat type='character' formatname='A8'/>", "5 A5"},
+      {"<location/><location width='5'/><varFormat type='character' formatname='A8'/>", "5 A5"},
       {"<varFormat type='character' formatname='hex24'>A3</varFormat>", "12 HEX24"},
       {"<varFormat type='character' formatname='F8'>A7</varFormat>", "7 A7"},
       {"<varFormat type='character'/><notes type='VELA:printFormat'>A9</notes>", "9 A9"},

@@ -448,14 +448,17 @@ const Saving kFileAndNew[] = {
        "files=\"F2\">\n  <varFormat type=\"numeric\"/>\n</var>"}},
      "#F2"},
     {"VariablesOfSeveralFilesAndOfNone",
-     "<codeBook><fileDscr ID='F1'/><fileDscr ID='F2'/><dataDscr><var name='a' files='F2 F1'/><var "
-     "name='b' files='F3'/><var name='b' files='F2'/><var ID='c' name=' '/></dataDscr></codeBook>",
+     "<codeBook><fileDscr ID='F1'/><fileDscr ID='F2'/><dataDscr><var name='b' files='F3'/><var "
+     "name='b' files='F2'/><var ID='c' name=' '/><var name='a' files='F2 "
+     "F1'/></dataDscr></codeBook>",
      Document("<var name='A' nature='nominal'/><var name='B' nature='nominal'/><var name='C' "
-              "nature='nominal'/>"),
-     "FROM SRC /VARINFO LEVEL",
-     {{"'F2 F1'", "'F2 F1' nature=\"nominal\""},
-      {"'F3'", "'F3' nature=\"nominal\""},
-      {"name=' '", "name=' ' nature=\"nominal\""}}},
+              "nature='nominal'/><var name='D'/>"),
+     "FROM SRC /VARINFO LEVEL /NEWVARS",
+     {{"'F3'", "'F3' nature=\"nominal\""},
+      {"name=' '", "name=' ' nature=\"nominal\""},
+      {"'F2 F1'/>",
+       "'F2 F1' nature=\"nominal\"/><var ID=\"D\" name=\"D\" files=\"F1\"><varFormat "
+       "type=\"numeric\"/></var>"}}},
     {"SetNamedByALabelInOneOfItsLanguages",
      Document("<varGrp ID='G' var='V'><labl xml:lang='fr'>s</labl><labl>t</labl></varGrp><var "
               "ID='V' name='a'><labl xml:lang='fr'>x</labl></var>\n"),
