@@ -143,13 +143,15 @@ void WriteWorking(const velahost::CodebookFile& working, const Outcome& outcome,
 // Prints the account. If that fails, the codebook is written already, and the message says so.
 void WriteAccount(std::future<std::string> account, const std::optional<std::string>& destination,
                   bool isCodebookOutput) {
-  const std::string written = destination ? " " + *destination + " is written." : "";
+  const auto written = [&destination] {
+    return destination ? " " + *destination + " is written." : std::string();
+  };
   try {
     WriteForPeople(account.get(), isCodebookOutput);
   } catch (const std::bad_alloc&) {
-    throw Failure("There is not enough memory to tell what has changed." + written);
+    throw Failure("There is not enough memory to tell what has changed." + written());
   } catch (const Failure& failure) {
-    throw Failure(failure.what() + written);
+    throw Failure(failure.what() + written());
   }
 }
 

@@ -34,6 +34,19 @@ void KeepStandardStreams() {
   }
 }
 
+// Ends the program with a message where memory runs out in a place that lets nothing pass, such as
+// before main.
+[[noreturn]] void EndWithoutMemory() {
+  WriteError("There is not enough memory.");
+  std::_Exit(kCannotRun);
+}
+
+// Set before the other objects of the program are made.
+struct TerminateHandler {
+  TerminateHandler() { std::set_terminate(EndWithoutMemory); }
+};
+[[gnu::init_priority(101)]] const TerminateHandler terminateHandler;
+
 ExitStatus Run(const Request& request, velahost::Host& host) {
   if (const auto* apply = std::get_if<ApplyOptions>(&request)) return RunApply(*apply, host);
   if (const auto* show = std::get_if<ShowOptions>(&request)) return RunShow(*show);

@@ -57,6 +57,8 @@ const Opening kRefused[] = {
      "PATH: line 2, column 1: not well-formed (invalid token)"},
     {"OtherRoot", "\n<html/>",
      "PATH: the document has no codebook: its root element is html, and no codeBook stands in it"},
+    {"CodebookInACodebook", "<codeBook><dataDscr><var>\n<codeBook/></var></dataDscr></codeBook>",
+     "PATH: line 2: the document has another codeBook on line 1: give a document with one"},
     {"SeveralCodebooks", "<r><codeBook/>\n<codeBook/></r>",
      "PATH: line 2: the document has another codeBook on line 1: give a document with one"},
     {"Entity", "<!DOCTYPE codeBook [\n<!ENTITY e 'x'>]><codeBook>&e;</codeBook>",

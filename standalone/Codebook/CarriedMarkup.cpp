@@ -284,45 +284,66 @@ std::string_view ForEachTag(std::string_view markup, Look look) {
   return {begin, static_cast<std::size_t>(markup.data() - begin)};
 }
 
+// Gives the tags of carried markup the prefix of its place.
+class Placer {
+ public:
+  Placer(const MarkupPlace& place, bool isMarked)
+      : place_(place),
+        bare_(std::string_view(place.prefix).substr(0, place.prefix.find(':'))),
+        uri_(EscapeAttribute(place.namespaceUri, '"')),
+        isMarked_(isMarked) {}
+
+  void Place(const MarkupPiece& piece, std::string_view before) {
+    markup_ += before;
+    const bool isEnd = piece.kind == MarkupPiece::EndTag;
+    std::string_view tag = piece.text.substr(isEnd ? 2 : 1);
+    const bool isStandard = !isMarked_ || tag.front() == kStandard;
+    if (isMarked_ && isStandard) tag.remove_prefix(1);
+    markup_.append(isEnd ? "</" : "<").append(isStandard ? place_.prefix : "");
+    if (isEnd) {
+      markup_ += tag;
+    } else {
+      declared_.Open();
+      PlaceStart(StartTag(piece.text), tag, isStandard);
+    }
+    if (piece.kind != MarkupPiece::StartTag) declared_.Close();
+  }
+
+  std::string Take(std::string_view rest) { return std::move(markup_.append(rest)); }
+
+ private:
+  // What follows the prefix in a start tag. Where an element of another namespace has bound the
+  // place's prefix otherwise, it is declared once more.
+  void PlaceStart(const StartTag& start, std::string_view tag, bool isStandard) {
+    for (auto attribute = start.First(); attribute; attribute = start.After(*attribute)) {
+      if (!IsDeclaration(attribute->name)) continue;
+      declared_.Declare(DeclaredPrefix(attribute->name), start.ValueOf(*attribute));
+    }
+    const std::size_t nameEnd = std::min(tag.find_first_of(" />"), tag.size());
+    markup_ += tag.substr(0, nameEnd);
+    if (isStandard && declared_.Find(bare_).value_or(uri_) != uri_) {
+      markup_ += " " + DeclarationOf(bare_) + "=\"" + uri_ + "\"";
+      declared_.Declare(bare_, uri_);
+    }
+    markup_ += tag.substr(nameEnd);
+  }
+
+  const MarkupPlace& place_;
+  const std::string_view bare_;  // its prefix without the colon
+  const std::string uri_;        // its namespace as it stands in an attribute
+  const bool isMarked_;
+  Declared declared_;
+  std::string markup_;
+};
+
 // Carried markup as it stands at a place.
 std::string MarkupAt(const MarkupPlace& place, const std::string& carried) {
   const bool isMarked = carried.size() > 1 && carried[1] == kStandard;
   if (!isMarked && place.prefix.empty()) return carried;
-  const std::string_view prefix = place.prefix;
-  const std::string_view bare = prefix.substr(0, prefix.empty() ? 0 : prefix.size() - 1);
-  std::string markup;
-  Declared declared;
-  const std::string_view rest =
-      ForEachTag(carried, [&](const MarkupPiece& piece, std::string_view before) {
-        markup += before;
-        const bool isEnd = piece.kind == MarkupPiece::EndTag;
-        std::string_view tag = piece.text.substr(isEnd ? 2 : 1);
-        const bool isStandard = !isMarked || tag.front() == kStandard;
-        if (isMarked && isStandard) tag.remove_prefix(1);
-        markup.append(isEnd ? "</" : "<").append(isStandard ? prefix : "");
-        if (isEnd) {
-          declared.Close();
-          markup += tag;
-          return;
-        }
-        declared.Open();
-        const StartTag start(piece.text);
-        for (auto attribute = start.First(); attribute; attribute = start.After(*attribute)) {
-          if (!IsDeclaration(attribute->name)) continue;
-          declared.Declare(DeclaredPrefix(attribute->name), start.ValueOf(*attribute));
-        }
-        const std::string uri = EscapeAttribute(place.namespaceUri, '"');
-        const bool isRebound = isStandard && declared.Find(bare).value_or(uri) != uri;
-        const std::size_t nameEnd = std::min(tag.find_first_of(" />"), tag.size());
-        markup += tag.substr(0, nameEnd);
-        if (isRebound) {
-          markup += " " + DeclarationOf(bare) + "=\"" + uri + "\"";
-          declared.Declare(bare, uri);
-        }
-        markup += tag.substr(nameEnd);
-        if (piece.kind == MarkupPiece::EmptyTag) declared.Close();
-      });
-  return markup.append(rest);
+  Placer placer(place, isMarked);
+  return placer.Take(ForEachTag(carried, [&](const MarkupPiece& piece, std::string_view before) {
+    placer.Place(piece, before);
+  }));
 }
 
 }  // namespace

@@ -38,32 +38,53 @@ bool IsInOtherLanguage(const StartTag& tag, const Languages& languages) {
   return !stated.empty() && !IsSamePrimaryLanguage(stated, languages.run);
 }
 
-// The text of an element as one line, with a blank around the parts of a question and around
+// Collects the text of an element, with a blank around the parts of a question and around
 // paragraphs, without what states another language. Elements may be nested as deeply as they like.
+class TextCollector {
+ public:
+  TextCollector(bool isQuestion, const Languages& languages)
+      : isQuestion_(isQuestion), languages_(languages) {}
+
+  void Open(const StartTag& tag) {
+    const bool isPart = isQuestion_ && standsApart_.empty();
+    standsApart_.push_back(isPart || LocalNameOf(tag.Name()) == "p");
+    if (standsApart_.back()) text_ += ' ';
+    if (otherDepth_ == 0 && IsInOtherLanguage(tag, languages_)) otherDepth_ = standsApart_.size();
+  }
+  void Close() {
+    if (standsApart_.back()) text_ += ' ';
+    if (otherDepth_ == standsApart_.size()) otherDepth_ = 0;
+    standsApart_.pop_back();
+  }
+  void Add(std::string_view text) {
+    if (otherDepth_ == 0) text_ += text;
+  }
+  const std::string& Text() const { return text_; }
+
+ private:
+  const bool isQuestion_;
+  const Languages& languages_;
+  std::string text_;
+  std::vector<bool> standsApart_;  // of the open elements
+  std::size_t otherDepth_ = 0;     // of the outermost one in another language; 0: there is none
+};
+
+// The text of an element as one line.
 std::string TextOf(Element element, const Languages& languages) {
   if (IsInOtherLanguage(StartTag(element.Tag()), languages)) return {};
-  std::string text;
-  std::vector<bool> standsApart;  // of the open elements
-  std::size_t otherDepth = 0;     // of the outermost one in another language; 0: there is none
+  TextCollector text(element.Name() == element::qstn, languages);
   std::string_view left = element.Content();
   while (!left.empty()) {
     const MarkupPiece piece = TakePiece(left);
-    const bool isTag = piece.kind == MarkupPiece::StartTag || piece.kind == MarkupPiece::EmptyTag;
-    if (isTag) {
-      const StartTag tag(piece.text);
-      const bool isPart = element.Name() == element::qstn && standsApart.empty();
-      standsApart.push_back(isPart || LocalNameOf(tag.Name()) == "p");
-      if (standsApart.back()) text += ' ';
-      if (otherDepth == 0 && IsInOtherLanguage(tag, languages)) otherDepth = standsApart.size();
+    const bool isEmpty = piece.kind == MarkupPiece::EmptyTag;
+    if (isEmpty || piece.kind == MarkupPiece::StartTag) {
+      text.Open(StartTag(piece.text));
+    } else {
+      text.Add(element.TextOf(piece.text));
     }
-    if (piece.kind == MarkupPiece::EndTag || piece.kind == MarkupPiece::EmptyTag) {
-      if (standsApart.back()) text += ' ';
-      if (otherDepth == standsApart.size()) otherDepth = 0;
-      standsApart.pop_back();
-    }
-    if (otherDepth == 0 && !isTag) text += element.TextOf(piece.text).View();
+    if (isEmpty || piece.kind == MarkupPiece::EndTag) text.Close();
   }
-  return Collapse(text);
+  return Collapse(text.Text());
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <functional>
+#include <ranges>
 #include <utility>
 
 #include "standalone/Codebook/Codebook.h"
@@ -83,12 +84,12 @@ std::vector<Named> LastNamed(const Codebook& codebook, IdKind kind) {
     return named.size() == 2;
   };
   if (kind == IdKind::Variable) {
-    for (auto i = codebook.variables.rbegin(); i != codebook.variables.rend(); ++i) {
-      if (add(i->id, Collapse(i->element.Attribute("name")))) break;
+    for (const Codebook::Variable& variable : codebook.variables | std::views::reverse) {
+      if (add(variable.id, Collapse(variable.element.Attribute("name")))) break;
     }
   } else {
-    for (auto i = codebook.groups.rbegin(); i != codebook.groups.rend(); ++i) {
-      if (add(i->reading.id, i->reading.set.name.String())) break;
+    for (const Codebook::Group& group : codebook.groups | std::views::reverse) {
+      if (add(group.reading.id, group.reading.set.name.String())) break;
     }
   }
   return named;

@@ -134,6 +134,7 @@ LabelLanguages LabelReader::LanguagesOf(Element parent, Element label, TextArena
     return lastOwn_;
   }
   std::vector<LabelLanguages::Translation> translations;
+  translations.reserve(others.size());
   for (const auto& [language, text] : others) translations.push_back({language, text});
   return {own, translations, texts};
 }

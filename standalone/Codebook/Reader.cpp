@@ -27,6 +27,7 @@ void CodebookReader::Start(const XmlStart& start) {
     if (outside_++ == 0) rootName_ = start.name;
     return;
   }
+  if (!stack_.empty() && start.element == element::codeBook) RefuseSecond(start);
   if (passedOver_ > 0 || !Keeps()) {
     ++passedOver_;
     return;
@@ -47,15 +48,17 @@ void CodebookReader::Start(const XmlStart& start) {
 }
 
 void CodebookReader::StartCodebook(const XmlStart& start) {
-  if (codebookBegin_) {
-    throw XmlError("line " + LineOf(start.begin) + ": the document has another codeBook on line " +
-                   LineOf(*codebookBegin_) + ": give a document with one");
-  }
+  if (codebookBegin_) RefuseSecond(start);
   codebookBegin_ = start.begin;
   namespaces_->Adopt(start.scope, PrefixOf(start.name));
   for (const char* const* attribute = start.attributes; *attribute != nullptr; attribute += 2) {
     if (std::string_view(*attribute) == "xml:lang") labels_.SetDocumentLanguage(attribute[1]);
   }
+}
+
+void CodebookReader::RefuseSecond(const XmlStart& start) const {
+  throw XmlError("line " + LineOf(start.begin) + ": the document has another codeBook on line " +
+                 LineOf(codebookBegin_.value_or(0)) + ": give a document with one");
 }
 
 void CodebookReader::RequireCodebook() const {

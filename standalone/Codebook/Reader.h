@@ -67,6 +67,7 @@ class CodebookReader final : public XmlHandler {
   };
 
   void StartCodebook(const XmlStart& start);
+  [[noreturn]] void RefuseSecond(const XmlStart& start) const;
   std::string LineOf(std::size_t position) const;
   bool Keeps() const;
   bool IsGathered(ElementName name) const;

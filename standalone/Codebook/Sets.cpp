@@ -253,14 +253,13 @@ GroupReading ReadGroup(Element varGrp, LabelReader& labels, TextArena& texts) {
   reading.id = texts.Add(Trim(varGrp.Attribute("ID")));
   reading.members = texts.Add(varGrp.Attribute("var"));
   reading.subsets = texts.Add(varGrp.Attribute("varGrp"));
-  if (const Element note = FindNote(varGrp, kFileNote))
-    reading.file = texts.AddCollapsed(note.Text());
+  reading.file = texts.AddCollapsed(FindNote(varGrp, kFileNote).Text());
   set.type = texts.Add(varGrp.Attribute("type"));
   reading.kind = set.type == "multipleResp" ? SetKind::MultipleResponse : SetKind::Variables;
   set.name = texts.AddCollapsed(varGrp.Attribute("name"));
   set.isNamedByLabel = set.name.Empty();
   Element label = labels.Find(varGrp);
-  if (!label && set.isNamedByLabel) label = labels.FindFirst(varGrp);
+  if (!label && set.isNamedByLabel) label = LabelReader::FindFirst(varGrp);
   set.languages = labels.LanguagesOf(varGrp, label, texts);
   if (!label) return reading;
   const Text text = texts.AddCollapsed(label.Text());

@@ -12,6 +12,7 @@ bool SameSets(const std::vector<VariableSet>& a, const std::vector<VariableSet>&
   if (std::equal(a.begin(), a.end(), b.begin(), isSame)) return true;
   const auto byName = [](const std::vector<VariableSet>& sets) {
     std::vector<const VariableSet*> sorted;
+    sorted.reserve(sets.size());
     for (const VariableSet& set : sets) sorted.push_back(&set);
     std::stable_sort(sorted.begin(), sorted.end(),
                      [](const auto* x, const auto* y) { return x->name < y->name; });

@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <mutex>
 #include <unordered_map>
@@ -34,7 +35,7 @@ class ByteConverter {
     if (IsKnown()) iconv_close(descriptor_);
   }
 
-  bool IsKnown() const { return descriptor_ != reinterpret_cast<iconv_t>(-1); }
+  bool IsKnown() const { return reinterpret_cast<std::intptr_t>(descriptor_) != -1; }
 
   // The code of the character that the byte is alone; -1 if it is none. Nothing if it begins a
   // character of several bytes, or stands for several characters.

@@ -72,8 +72,9 @@ class XmlParser {
   // The same step by step: reads the next bytes, and ends the document. Throws XmlError.
   void Parse(std::string_view bytes);
   void Finish();
-  // How many bytes to read next where `usual` are read at a time. A tag or text that goes beyond what
-  // has been read is gone through anew with each piece, so the pieces grow as long as it goes on.
+  // How many bytes to read next where `usual` are read at a time. A tag or text that goes beyond
+  // what has been read is gone through anew with each piece, so the pieces grow as long as it goes
+  // on.
   std::size_t NextPiece(std::size_t usual) const { return usual > inToken_ ? usual : inToken_; }
   // What is read next stands at this place of the document and in this scope. What was left out is
   // read elsewhere; the lines and columns of an XmlError do not count it.
