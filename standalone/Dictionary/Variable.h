@@ -58,14 +58,14 @@ struct Variable {
   Level level = Level::None;
   Role role = Role::Input;
   Alignment alignment = Alignment::Left;
+  // The kinds of what documents the variable, in its document or brought from another one.
+  DocumentationSet documented;
   CustomAttributes attributes;
 
   // The categories of the document that the variable was read from, where they are more than its
   // value labels (categories without a label, values that stand twice); null otherwise.
   std::shared_ptr<const std::vector<Category>> categories;
-  // The kinds of what documents the variable, in its document or brought from another one.
-  DocumentationSet documented;
-  std::shared_ptr<const Brought> brought;  // null for most
+  std::shared_ptr<const Brought> brought;  // from another document; null for most
 
   // Names the variable: the whole characters of the name that fit into kNameBytes.
   void SetName(std::string_view newName);

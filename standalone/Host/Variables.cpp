@@ -205,7 +205,28 @@ namespace {
 constexpr std::size_t kMostValues = 3;
 constexpr std::size_t kMostBesideRange = 1;
 
-// The cells that the library is given of a list. Of strings the longest come first: so the
+// The numbers of a list that is short: the library carries it whole, so its numbers are cells
+// enough. None of any other list.
+std::vector<const double*> ShortListOf(const MissingValues& missing) {
+  std::vector<const double*> numbers;
+  if (!missing.strings.empty() || std::abs(missing.Count()) >= static_cast<int>(kMostValues)) {
+    return numbers;
+  }
+  if (missing.range) numbers = {&missing.range->first, &missing.range->second};
+  for (const double& number : missing.numbers) numbers.push_back(&number);
+  return numbers;
+}
+
+// The list that the library carries in these cells of a variable of numbers, if it is a short one.
+MissingValues ShortListIn(int count, const OBS* first, const OBS* second) {
+  MissingValues missing;
+  if (count < 0) missing.range = {velahost::NumberIn(first), velahost::NumberIn(second)};
+  if (count > 0) missing.numbers.push_back(velahost::NumberIn(first));
+  if (count > 1) missing.numbers.push_back(velahost::NumberIn(second));
+  return missing;
+}
+
+// The cells that the library is given of any other list. Of strings the longest come first: so the
 // library's test of lengths sees them.
 std::vector<velahost::Cell> CellsOf(const MissingValues& missing, int width) {
   const velahost::Cell::Origin origin{.missing = &missing};
@@ -235,29 +256,40 @@ std::vector<velahost::Cell> CellsOf(const MissingValues& missing, int width) {
 
 }  // namespace
 
-// One to three single values; -2 is a range, -3 a range and a value after it. Where there are more
-// values, the cells know the whole list, and SetMissingValues sets it.
+// One to three single values; -2 is a range, -3 a range and a value after it. Where there may be
+// more values, the cells know the whole list, and SetMissingValues sets it.
 int VELA_Variable::GetMissingValues(const OBS*& first, const OBS*& second,
                                     const OBS*& third) const {
   Called("VELA_Variable::GetMissingValues");
   const MissingValues& missing = impl_->now->missing;
   if (missing.Empty()) return 0;
+  const std::array<const OBS**, kMostValues> pointers = {&first, &second, &third};
+  if (const auto numbers = ShortListOf(missing); !numbers.empty()) {
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+      *pointers[i] = reinterpret_cast<const OBS*>(numbers[i]);
+    }
+    return missing.Count();
+  }
   if (!impl_->missingCells) {
     impl_->missingCells = std::make_unique<Impl::MissingCells>(
         Impl::MissingCells{impl_->now, CellsOf(missing, impl_->now->type)});
   }
   const std::vector<velahost::Cell>& cells = impl_->missingCells->cells;
-  const std::array<const OBS**, kMostValues> pointers = {&first, &second, &third};
   for (std::size_t i = 0; i < cells.size(); ++i) *pointers[i] = cells[i].Address();
   const auto count = static_cast<int>(cells.size());
   return missing.range ? -count : count;
 }
 
-void VELA_Variable::SetMissingValues(int count, const OBS* first, const OBS* /*second*/,
+void VELA_Variable::SetMissingValues(int count, const OBS* first, const OBS* second,
                                      const OBS* /*third*/) {
   Called("VELA_Variable::SetMissingValues");
+  const bool isShort = impl_->now->IsNumeric() && std::abs(count) < static_cast<int>(kMostValues);
   MissingValues next;
-  if (count != 0) next = *velahost::OriginOf(first).missing;
+  if (isShort) {
+    next = ShortListIn(count, first, second);
+  } else if (count != 0) {
+    next = *velahost::OriginOf(first).missing;
+  }
   if (next == impl_->now->missing) return;
   if (impl_->file) {
     next = InDocumentOrder(*impl_->file->dictionary.variables[impl_->column], next);
