@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <functional>
-#include <ranges>
 #include <utility>
 
 #include "standalone/Codebook/Codebook.h"
@@ -79,19 +78,22 @@ struct Named {
 // The last two elements of the kind that have an ID, the last one first.
 std::vector<Named> LastNamed(const Codebook& codebook, IdKind kind) {
   std::vector<Named> named;
+  // Whether there are enough.
   const auto add = [&named](const Text& id, std::string name) {
     if (!id.Empty()) named.push_back({id.String(), std::move(name)});
     return named.size() == 2;
   };
-  if (kind == IdKind::Variable) {
-    for (const Codebook::Variable& variable : codebook.variables | std::views::reverse) {
-      if (add(variable.id, Collapse(variable.element.Attribute("name")))) break;
-    }
-  } else {
-    for (const Codebook::Group& group : codebook.groups | std::views::reverse) {
-      if (add(group.reading.id, group.reading.set.name.String())) break;
-    }
+  if (kind == IdKind::Set) {
+    std::any_of(codebook.groups.rbegin(), codebook.groups.rend(),
+                [&](const Codebook::Group& group) {
+                  return add(group.reading.id, group.reading.set.name.String());
+                });
+    return named;
   }
+  std::any_of(codebook.variables.rbegin(), codebook.variables.rend(),
+              [&](const Codebook::Variable& variable) {
+                return add(variable.id, Collapse(variable.element.Attribute("name")));
+              });
   return named;
 }
 
