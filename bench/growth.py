@@ -158,6 +158,18 @@ KINDS = {
         lambda n: codebook("<var name='x'/>"),
         lambda n: "FROM 's.xml' /SOURCE VARIABLES=v0 /TARGET VARIABLES=" + "\n".join(f"n{i}" for i in range(n)) + " /NEWVARS",
     ),
+    "texts like names of tags": (
+        1000000,
+        lambda n: one("<labl>l</labl>"),
+        lambda n: one(f"<txt>{'labl ' * n}</txt>", file=f"<notes>{'var ' * n}</notes>"),
+        None,
+    ),
+    "texts like tags without an end": (
+        1000000,
+        lambda n: one("<labl>l</labl>"),
+        lambda n: one("<txt><![CDATA[" + '<labl "" ' * n + '"]]></txt>') + "\n",
+        None,
+    ),
     "long text": (8000000, lambda n: one("<labl>" + "l" * n + "</labl>"), lambda n: one(""), None),
 }
 

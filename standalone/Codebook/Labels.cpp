@@ -1,5 +1,8 @@
 #include "standalone/Codebook/Labels.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -56,6 +59,53 @@ std::string_view NewLanguage(const LabelLanguages& from, const Languages& langua
   return languages.run.empty() ? from.Own() : std::string_view(languages.run);
 }
 
+// How far a guess looks for the begin of a tag and for its end. Nothing is known yet of whether the
+// text is well formed, so that it may look like tags over and over, none of which ends.
+constexpr std::size_t kLongestPrefix = 64;
+constexpr std::size_t kLongestTag = 4096;
+
+// What looks like a start tag in a text.
+struct GuessedTag {
+  std::size_t begin;  // in the text
+  std::string_view tag;
+};
+
+// Where the start tag seems to begin whose name, without a prefix, stands at a place; nothing where
+// it is no name of a start tag.
+std::optional<std::size_t> GuessBegin(std::string_view text, std::size_t name) {
+  if (name == 0) return std::nullopt;
+  if (text[name - 1] == '<') return name - 1;
+  if (text[name - 1] != ':') return std::nullopt;
+  const std::size_t from = name - std::min(name, kLongestPrefix);
+  const std::size_t before = text.substr(from, name - from).find_last_of("<>/'\" ");
+  if (before == std::string_view::npos || text[from + before] != '<') return std::nullopt;
+  return from + before;
+}
+
+// The first start tag of that name behind a place. That one decides: where it does not end soon,
+// there is none.
+std::optional<GuessedTag> GuessTag(std::string_view text, std::string_view name, std::size_t from) {
+  for (std::size_t at = text.find(name, from); at != std::string_view::npos;
+       at = text.find(name, at + 1)) {
+    const std::optional<std::size_t> begin = GuessBegin(text, at);
+    if (!begin) continue;
+    const std::string_view rest = text.substr(*begin, kLongestTag);
+    const std::string_view tag = rest.substr(0, TagEnd(rest));
+    return tag.ends_with('>') ? std::optional(GuessedTag{*begin, tag}) : std::nullopt;
+  }
+  return std::nullopt;
+}
+
+// The value of an attribute in what looks like a tag; empty for none.
+std::string GuessValue(std::string_view tag, std::string_view name) {
+  const std::size_t at = tag.find(name);
+  if (at == std::string_view::npos) return {};
+  const std::size_t quote = tag.find_first_of("'\"", at);
+  if (quote == std::string_view::npos) return {};
+  const std::string_view value = tag.substr(quote + 1);
+  return std::string(value.substr(0, value.find(tag[quote])));
+}
+
 }  // namespace
 
 bool IsSameLanguage(std::string_view a, std::string_view b) { return EqualIgnoringCase(a, b); }
@@ -70,35 +120,15 @@ MarkupText StatedLanguage(Element element) {
 }
 
 std::string GuessLabelLanguage(std::string_view text) {
-  const auto tagOf = [text](std::string_view name, std::size_t from) -> std::string_view {
-    for (std::size_t at = text.find(name, from); at != std::string_view::npos;
-         at = text.find(name, at + 1)) {
-      const std::size_t begin = text.rfind('<', at);
-      const bool isStart = begin != std::string_view::npos && begin >= from &&
-                           text[begin + 1] != '/' && (at == begin + 1 || text[at - 1] == ':');
-      if (!isStart) continue;
-      const std::string_view tag = text.substr(begin, TagEnd(text.substr(begin)));
-      if (tag.ends_with('>')) return tag;
-    }
-    return {};
-  };
-  // Nothing is known yet of whether the text is well formed.
-  const auto languageIn = [](std::string_view tag, std::string_view name) -> std::string {
-    const std::size_t at = tag.find(name);
-    if (at == std::string_view::npos) return {};
-    const std::size_t quote = tag.find_first_of("'\"", at);
-    if (quote == std::string_view::npos) return {};
-    const std::string_view value = tag.substr(quote + 1);
-    return std::string(value.substr(0, value.find(tag[quote])));
-  };
-  const std::string_view var = tagOf("var ", 0);
-  if (var.empty()) return {};
-  const std::string_view labl = tagOf("labl", static_cast<std::size_t>(var.data() - text.data()));
-  if (labl.empty()) return {};
+  const std::optional<GuessedTag> var = GuessTag(text, "var ", 0);
+  if (!var) return {};
+  const std::optional<GuessedTag> labl = GuessTag(text, "labl", var->begin);
+  if (!labl) return {};
   for (const std::string_view name : {kAttribute, kOldAttribute}) {
-    if (std::string stated = languageIn(labl, name); !stated.empty()) return stated;
+    if (std::string stated = GuessValue(labl->tag, name); !stated.empty()) return stated;
   }
-  return languageIn(tagOf("codeBook", 0), kAttribute);
+  const std::optional<GuessedTag> codeBook = GuessTag(text, "codeBook", 0);
+  return codeBook ? GuessValue(codeBook->tag, kAttribute) : std::string();
 }
 
 std::string_view StatedLanguage(const StartTag& tag) {
