@@ -56,6 +56,12 @@ KINDS = {
         lambda n: codebook("<var ID='W' name='w'/>"),
         None,
     ),
+    "new variables with a new weight": (
+        20000,
+        lambda n: codebook(variables(n, "", "wgt-var='W'") + "<var ID='W' name='w'/>"),
+        lambda n: one(""),
+        None,
+    ),
     "documented variables": (
         20000,
         lambda n: codebook(variables(n, "<qstn><qstnLit>Why?</qstnLit></qstn>")),

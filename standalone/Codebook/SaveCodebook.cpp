@@ -18,6 +18,7 @@
 #include "standalone/Codebook/Sets.h"
 #include "standalone/Codebook/Variables.h"
 #include "standalone/Dictionary/Changes.h"
+#include "standalone/Dictionary/VariableNames.h"
 #include "standalone/Text/Tokens.h"
 #include "standalone/Text/Utf8.h"
 #include "standalone/Xml/Editor.h"
@@ -52,7 +53,11 @@ class CodebookWriter {
         layout_(LayoutOfCodebook(codebook_)),
         edits_(document_.Encoding()),
         ids_(codebook_),
-        newIds_(now.variables.size()) {}
+        newIds_(now.variables.size()) {
+    for (std::size_t i = ReadCount(); i < now.variables.size(); ++i) {
+      newNames_.Add(*now.variables[i]);
+    }
+  }
 
   void Write(const ByteSink& sink) {
     WriteSetsAndNewIds();
@@ -176,12 +181,8 @@ class CodebookWriter {
   int FindNow(std::string_view name) const {
     const int column = file_.names.Find(name);
     if (column >= 0) return column;
-    for (std::size_t i = ReadCount(); i < now_.variables.size(); ++i) {
-      if (EqualIgnoringCase(now_.variables[i]->name, CutToBytes(name, kNameBytes))) {
-        return static_cast<int>(i);
-      }
-    }
-    return -1;
+    const int added = newNames_.Find(name);
+    return added < 0 ? -1 : added + static_cast<int>(ReadCount());
   }
 
   void WriteFile() {
@@ -293,6 +294,7 @@ class CodebookWriter {
   const Layout layout_;
   Edits edits_;
   DocumentIds ids_;
+  VariableNames newNames_;           // of the variables behind those that were read
   std::vector<std::string> newIds_;  // by column; empty for none
   std::vector<NewElement> newSets_;
   std::vector<NewElement> newInRoot_;  // inserted at once, in their order there
