@@ -411,10 +411,7 @@ std::optional<std::string> WhyNotIn(const CodebookFile& file, const std::string&
 Brought BroughtWith(const CodebookFile& file, std::size_t column) {
   Brought brought;
   if (!file.codebook) return brought;
-  DocumentationSet all;
-  for (std::size_t i = 0; i < kItemCount<Documentation>; ++i)
-    all.Add(static_cast<Documentation>(i));
-  brought.documentation = DocumentationOf(file, column, all);
+  brought.documentation = DocumentationOf(file, column, DocumentationSet::All());
   const Element var = VariableAt(file, column).element;
   brought.interval = Text(Trim(var.Attribute("intrvl")));
   brought.weightNames = NamesOf(file, SplitTokens(var.Attribute("wgt-var")));

@@ -14,6 +14,12 @@ inline constexpr std::size_t kItemCount = 0;
 template <class Item>
 class SetOf {
  public:
+  static SetOf All() {
+    SetOf all;
+    for (std::size_t i = 0; i < kItemCount<Item>; ++i) all.Add(static_cast<Item>(i));
+    return all;
+  }
+
   bool Has(Item item) const { return (bits_ & BitOf(item)) != 0; }
   bool Empty() const { return bits_ == 0; }
   void Add(Item item) { bits_ = static_cast<std::uint16_t>(bits_ | BitOf(item)); }

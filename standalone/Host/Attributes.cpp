@@ -41,16 +41,19 @@ std::unique_ptr<DatasourceAttributes> HostAccess::MakeAttributes(
 
 std::vector<DocumentationElement> velahost::ElementsOf(const DocumentationPart& part) {
   std::vector<DocumentationElement> elements;
-  DocumentationSet inFile;
-  if (part.file) {
-    elements = DocumentationOf(*part.file, part.column, part.kinds);
-    for (const DocumentationElement& element : elements) inFile.Add(element.kind);
-  }
-  if (!part.brought) return elements;
-  for (const DocumentationElement& element : part.brought->documentation) {
-    if (part.kinds.Has(element.kind) && !inFile.Has(element.kind)) elements.push_back(element);
-  }
+  if (part.file) elements = DocumentationOf(*part.file, part.column, part.kinds);
+  if (part.brought) AddGiven(elements, *part.brought, part.kinds);
   return elements;
+}
+
+void velahost::AddGiven(std::vector<DocumentationElement>& elements, const Brought& given,
+                        DocumentationSet kinds) {
+  DocumentationSet inFile;
+  for (const DocumentationElement& element : elements) inFile.Add(element.kind);
+  const DocumentationSet lacking = kinds.Without(inFile);
+  for (const DocumentationElement& element : given.documentation) {
+    if (lacking.Has(element.kind)) elements.push_back(element);
+  }
 }
 
 namespace {

@@ -26,6 +26,11 @@ struct DocumentationPart {
 // The elements of the kinds.
 std::vector<DocumentationElement> ElementsOf(const DocumentationPart& part);
 
+// Adds to elements that documented a variable in its file those that it has been given: of these
+// kinds, except the kinds that are there.
+void AddGiven(std::vector<DocumentationElement>& elements, const Brought& given,
+              DocumentationSet kinds);
+
 // Takes out, with a warning that names the variable or set, what cannot stand in the document of
 // the file that it is brought into; a null file takes everything.
 void LeaveOut(std::vector<DocumentationElement>& elements, const CodebookFile* into,

@@ -160,13 +160,7 @@ velahost::Brought BroughtBy(const VELA_Variable::Impl& variable) {
   if (variable.file) brought = BroughtWith(*variable.file, variable.column);
   if (!variable.now->brought) return brought;
   const velahost::Brought& given = *variable.now->brought;
-  velahost::DocumentationSet inFile;
-  for (const velahost::DocumentationElement& element : brought.documentation) {
-    inFile.Add(element.kind);
-  }
-  for (const velahost::DocumentationElement& element : given.documentation) {
-    if (!inFile.Has(element.kind)) brought.documentation.push_back(element);
-  }
+  AddGiven(brought.documentation, given, velahost::DocumentationSet::All());
   if (brought.interval.Empty()) brought.interval = given.interval;
   if (brought.weightNames.empty()) brought.weightNames = given.weightNames;
   return brought;
