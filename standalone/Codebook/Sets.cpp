@@ -98,12 +98,13 @@ class SetWriter {
     const Codebook::Group* const last = LastOfFile();
     const Element description =
         codebook_.DescriptionAround(last == nullptr ? Element() : last->element);
+    const MarkupPlace place = codebook_.PlaceAround(description);
     for (const Written& written : WrittenOf(kind)) {
       if (written.read != nullptr) {
         WriteGroup(written);
         continue;
       }
-      NewElement added = NewGroup(written, kind, codebook_.PlaceAround(description));
+      NewElement added = NewGroup(written, kind, place);
       if (last == nullptr) {
         unplaced_.push_back(std::move(added));
       } else {
@@ -138,7 +139,7 @@ class SetWriter {
     bool hasOthers = false;
     for (std::string& id : SplitTokens(group.reading.members)) {
       if (OwnIds().contains(id)) continue;
-      hasOthers |= AllIds().contains(id);
+      hasOthers |= codebook_.VariableOfId(id).has_value();
       ids.push_back(std::move(id));
     }
     if (ids.empty()) {
@@ -215,7 +216,7 @@ class SetWriter {
     return ids;
   }
 
-  // The IDs that the file's variables were read with, and those of all variables.
+  // The IDs that the file's variables were read with.
   const TextSet& OwnIds() {
     if (ownIds_.empty()) {
       for (const std::size_t place : writing_.file.variablePlaces) {
@@ -223,14 +224,6 @@ class SetWriter {
       }
     }
     return ownIds_;
-  }
-  const TextSet& AllIds() {
-    if (allIds_.empty()) {
-      for (const Codebook::Variable& variable : codebook_.variables) {
-        allIds_.insert(variable.id.String());
-      }
-    }
-    return allIds_;
   }
 
   const SetWriting& writing_;
@@ -241,7 +234,6 @@ class SetWriter {
   std::map<std::pair<SetKind, std::string_view>, std::string> idsByName_;
   std::vector<NewElement> unplaced_;
   TextSet ownIds_;
-  TextSet allIds_;
   TextSet goneIds_;  // of the groups that go
 };
 
