@@ -47,8 +47,7 @@ class MissingIndex {
                                   : missing_.Contains(value.string.View());
     }
     if (singles_.FindValueOf(value) != nullptr) return true;
-    return missing_.range && missing_.range->first <= value.number &&
-           value.number <= missing_.range->second;
+    return missing_.IsInRange(value.number);
   }
 
  private:
@@ -345,6 +344,20 @@ ValueLabels SinglesOf(const MissingValues& missing, int type) {
   for (const double number : missing.numbers) singles.Add({number, {}, {}});
   for (const Text& string : missing.strings) singles.Add({0, string, {}});
   return singles;
+}
+
+MissingValues MissingOf(const std::optional<std::pair<double, double>>& range,
+                        const ValueLabels& singles) {
+  MissingValues missing;
+  missing.range = range;
+  for (const ValueLabel& value : singles) {
+    if (singles.IsNumeric()) {
+      missing.numbers.push_back(value.number);
+    } else {
+      missing.strings.push_back(value.string);
+    }
+  }
+  return missing;
 }
 
 SharedValueLabels InDocumentOrder(const Variable& read, const SharedValueLabels& set) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "standalone/Codebook/Labels.h"
@@ -54,5 +56,8 @@ std::string ValueText(const ValueLabel& value, bool isNumeric);
 
 // The single missing values of a variable of the type, for look-ups: pairs without labels.
 ValueLabels SinglesOf(const MissingValues& missing, int type);
+// The missing values that these are the single ones of, with that range.
+MissingValues MissingOf(const std::optional<std::pair<double, double>>& range,
+                        const ValueLabels& singles);
 
 }  // namespace velahost

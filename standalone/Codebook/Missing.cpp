@@ -57,16 +57,7 @@ class MissingReader {
 
   std::optional<MissingValues> Take() const {
     if (hasFailed_) return std::nullopt;
-    MissingValues missing;
-    missing.range = range_;
-    for (const ValueLabel& value : seen_) {
-      if (type_ > 0) {
-        missing.strings.push_back(value.string);
-      } else {
-        missing.numbers.push_back(value.number);
-      }
-    }
-    return missing;
+    return MissingOf(range_, seen_);
   }
 
  private:
@@ -217,22 +208,16 @@ void WriteMissing(Element var, const Variable& now, Editor& editor) {
 
 MissingValues InDocumentOrder(const Variable& read, const MissingValues& missing) {
   if (read.missing.Empty()) return missing;
-  MissingValues ordered;
-  ordered.range = missing.range;
   ValueLabels taken(read.type);
   const ValueLabels wanted = SinglesOf(missing, read.type);
   const auto take = [&](const ValueLabel& value) {
-    if (wanted.FindValueOf(value) == nullptr || taken.FindValueOf(value) != nullptr) return;
-    taken.Add(value);
-    if (read.IsNumeric()) {
-      ordered.numbers.push_back(value.number);
-    } else {
-      ordered.strings.push_back(value.string);
+    if (wanted.FindValueOf(value) != nullptr && taken.FindValueOf(value) == nullptr) {
+      taken.Add(value);
     }
   };
   for (const ValueLabel& value : SinglesOf(read.missing, read.type)) take(value);
   for (const ValueLabel& value : wanted) take(value);
-  return ordered;
+  return MissingOf(missing.range, taken);
 }
 
 void AddMissing(const Variable& variable, NewElement& var) {

@@ -31,9 +31,12 @@ int MissingValues::Count() const {
   return range ? -(2 + singles) : singles;
 }
 
+bool MissingValues::IsInRange(double number) const {
+  return range && range->first <= number && number <= range->second;
+}
+
 bool MissingValues::Contains(double number) const {
-  if (range && range->first <= number && number <= range->second) return true;
-  return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+  return IsInRange(number) || std::find(numbers.begin(), numbers.end(), number) != numbers.end();
 }
 
 bool MissingValues::Contains(std::string_view string) const {

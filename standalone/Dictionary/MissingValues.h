@@ -24,6 +24,8 @@ struct MissingValues {
   // What the host's interface and `show --json` give: the number of single values; with a range
   // -(2 + that number).
   int Count() const;
+  // Whether a number is in the range, if there is one.
+  bool IsInRange(double number) const;
   // Whether a value is one of them. A string counts without the blanks at its end.
   bool Contains(double number) const;
   bool Contains(std::string_view string) const;
