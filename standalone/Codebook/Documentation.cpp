@@ -31,6 +31,15 @@ std::optional<Documentation> KindOf(ElementName name) {
   return static_cast<Documentation>(found - kElements.begin());
 }
 
+// The kind of an element that goes with the custom attributes; nothing for any other element.
+std::optional<Documentation> KindWithAttributes(Element child) {
+  const auto kind = KindOf(child.Name());
+  if (!kind || IsOfNewVariables(*kind)) return std::nullopt;
+  // A note with a type is no documentation.
+  if (kind == Documentation::Notes && child.Attribute("type").IsThere()) return std::nullopt;
+  return kind;
+}
+
 // Whether a tag states another language than the run's.
 bool IsInOtherLanguage(const StartTag& tag, const Languages& languages) {
   if (languages.run.empty()) return false;
@@ -92,10 +101,8 @@ std::string TextOf(Element element, const Languages& languages) {
 DocumentationSet DocumentedIn(Element var) {
   DocumentationSet kinds;
   for (const Element child : var.All()) {
-    const auto kind = KindOf(child.Name());
-    if (!kind || IsOfNewVariables(*kind) || kinds.Has(*kind)) continue;
-    if (kind == Documentation::Notes && child.Attribute("type").IsThere()) continue;
-    if (HasText(child.Content())) kinds.Add(*kind);
+    const auto kind = KindWithAttributes(child);
+    if (kind && !kinds.Has(*kind) && HasText(child.Content())) kinds.Add(*kind);
   }
   return kinds;
 }
@@ -132,9 +139,8 @@ void WriteDocumentation(Element var, const Variable& read, const Variable& now,
 std::vector<DocumentationText> DocumentationTexts(Element var, const Languages& languages) {
   std::vector<DocumentationText> texts;
   for (const Element child : var.All()) {
-    const auto kind = KindOf(child.Name());
-    if (!kind || IsOfNewVariables(*kind)) continue;
-    if (kind == Documentation::Notes && child.Attribute("type").IsThere()) continue;
+    const auto kind = KindWithAttributes(child);
+    if (!kind) continue;
     std::string text = TextOf(child, languages);
     if (!text.empty()) texts.push_back({*kind, std::move(text)});
   }

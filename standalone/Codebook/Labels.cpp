@@ -19,10 +19,14 @@ constexpr std::string_view kOldAttribute = "xml-lang";
 // How well a labl fits the run's language: the less, the better.
 enum Fit : int { kExact, kPrimary, kUnstated, kOther };
 
+// The language of a labl: the one that it states, else the document's.
+std::string_view LanguageOf(const MarkupText& stated, const Languages& languages) {
+  return stated.View().empty() ? std::string_view(languages.document) : stated.View();
+}
+
 Fit FitOf(Element labl, const Languages& languages) {
   const MarkupText stated = StatedLanguage(labl);
-  const std::string_view language =
-      stated.View().empty() ? std::string_view(languages.document) : stated.View();
+  const std::string_view language = LanguageOf(stated, languages);
   if (language.empty()) return kUnstated;
   if (IsSameLanguage(language, languages.run)) return kExact;
   return IsSamePrimaryLanguage(language, languages.run) ? kPrimary : kOther;
@@ -145,12 +149,9 @@ Element FindLabel(Element parent, const Languages& languages) {
 
 LabelLanguages LabelReader::LanguagesOf(Element parent, Element label, TextArena& texts) {
   const auto languageOf = [this](Element labl) {
-    std::string stated(labl.Attribute(kAttribute));
-    if (stated.empty()) {
-      stated = labl.Attribute(kOldAttribute);
-      languages_.hasOldName |= !stated.empty();
-    }
-    return stated.empty() ? languages_.document : stated;
+    const MarkupText stated = StatedLanguage(labl);
+    languages_.hasOldName |= !stated.View().empty() && labl.Attribute(kAttribute).View().empty();
+    return std::string(LanguageOf(stated, languages_));
   };
   std::vector<std::pair<std::string, std::string>> others;
   for (const Element labl : parent.All(element::labl)) {
@@ -173,8 +174,7 @@ void LabelReader::LookForFirst(Element var) {
   if (firstLanguage_) return;
   for (const Element labl : var.All(element::labl)) {
     if (!HasText(labl.Content())) continue;
-    const MarkupText stated = StatedLanguage(labl);
-    firstLanguage_ = stated.View().empty() ? languages_.document : std::string(stated);
+    firstLanguage_ = LanguageOf(StatedLanguage(labl), languages_);
     return;
   }
 }
