@@ -77,16 +77,18 @@ bool IsFreeForFormat(std::string_view text, TextArena& texts) {
   return Trim(text).empty() || ReadFormat(text, texts);
 }
 
+NewElement NewVarFormat(const Variable& variable) {
+  NewElement varFormat{.element = element::varFormat};
+  varFormat.attributes = {{"type", variable.IsNumeric() ? "numeric" : "character"}};
+  if (variable.print) varFormat.attributes.emplace_back("formatname", TextOf(*variable.print));
+  return varFormat;
+}
+
 void WritePrint(Element var, const Variable& now, Editor& editor) {
   if (!now.print) return;  // a format is set, and never taken away
-  const std::string text = TextOf(*now.print);
   const Element varFormat = var.Child(element::varFormat);
-  if (!varFormat) {
-    editor.Insert(var, {.element = element::varFormat,
-                        .attributes = {{"type", now.IsNumeric() ? "numeric" : "character"},
-                                       {"formatname", text}}});
-    return;
-  }
+  if (!varFormat) return editor.Insert(var, NewVarFormat(now));
+  const std::string text = TextOf(*now.print);
   TextArena texts;
   const StatedFormat stated = ReadPrint(var, varFormat, IsString(varFormat), texts);
   const MarkupText name = varFormat.Attribute("formatname");
@@ -129,8 +131,10 @@ void ReadFormats(Element var, Variable& variable, TextArena& texts) {
   }
   // Where the width is not stated, nothing states a format of strings, but for a HEX of odd width.
   const bool hasFormats = !isString || variable.hasStatedWidth;
-  if (hasFormats) variable.print = FormatFor(print, variable.type);
-  if (hasFormats) variable.write = FormatFor(write, variable.type);
+  if (hasFormats) {
+    variable.print = FormatFor(print, variable.type);
+    variable.write = FormatFor(write, variable.type);
+  }
   if (!variable.write) variable.write = variable.print;
 }
 
@@ -142,10 +146,7 @@ void WriteFormats(Element var, const Variable& now, PropertySet changed, Editor&
 }
 
 void AddFormats(const Variable& variable, NewElement& var) {
-  NewElement varFormat{.element = element::varFormat};
-  varFormat.attributes = {{"type", variable.IsNumeric() ? "numeric" : "character"}};
-  if (variable.print) varFormat.attributes.emplace_back("formatname", TextOf(*variable.print));
-  var.children.push_back(std::move(varFormat));
+  var.children.push_back(NewVarFormat(variable));
   if (const auto note = WriteFormatNote(variable)) {
     var.children.push_back(NewNote(element::var, kWriteFormatNote, *note));
   }
