@@ -169,13 +169,11 @@ class Opener {
         "variable", "variables", path_, file_.warnings);
     tooLong.Report(
         "^1: ^2 with labels for values that are longer than the variable (^3). These labels stay "
-        "in "
-        "the file and do not count. Shorten the values, or widen the variable...",
+        "in the file and do not count. Shorten the values, or widen the variable...",
         "variable", "variables", path_, file_.warnings);
     valueless.Report(
         "^1: ^2 with a label and no value (^3). They stay in the file and do not count. Give each "
-        "a "
-        "value (catValu)...",
+        "a value (catValu)...",
         "category", "categories", path_, file_.warnings);
     nameless.Report(
         "^1: ^2 without a name and an ID (line ^3). They stay in the file and do not count. Give "
@@ -198,8 +196,7 @@ class Opener {
     for (const std::string& language : languages) list += (list.empty() ? "" : ", ") + language;
     file_.warnings.push_back(
         {"^1: No label is in the language of this run (^2). The labels there are in other "
-         "languages "
-         "(^3)\\: choose one of them for the run...",
+         "languages (^3)\\: choose one of them for the run...",
          {path_, file_.language, list}});
   }
 
