@@ -21,8 +21,8 @@ stddef.h stdint.h stdio.h stdlib.h string.h time.h uchar.h wchar.h wctype.h'
 
 # What the sources of a folder include, a line each: file:line:<header> or file:line:"header".
 included_by() {
-  find "$1" -type f \( -name '*.h' -o -name '*.cpp' \) |
-    xargs -r grep -nE '^[[:space:]]*#[[:space:]]*(include|include_next|import)\>' /dev/null |
+  find "$1" -type f \( -name '*.h' -o -name '*.cpp' \) -print0 |
+    xargs -0 -r grep -nE '^[[:space:]]*#[[:space:]]*(include|include_next|import)\>' /dev/null |
     sed -E 's/^([^:]*:[0-9]+:).*(include|include_next|import)[[:space:]]*/\1/; s/[[:space:]]*(\/[/*].*)?$//'
 }
 
