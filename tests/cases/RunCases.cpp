@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <iostream>
+#include <map>
 #include <set>
+#include <string_view>
 
 #include "program/Library.h"
 #include "standalone/Host/DataSources.h"
@@ -12,8 +14,11 @@
 #include "tests/cases/CaseFile.h"
 #include "tests/cases/CodebookText.h"
 #include "tests/cases/Notation.h"
+#include "tests/cases/RewriteOutcomes.h"
 
-// Runs the cases of the case files that it is given, each as a test named after its title.
+// Runs the cases of the case files that it is given, each as a test named after its title. With the
+// option --update before them, what comes out is written into the files: of cases that fail for no
+// other reason than their outcome.
 
 namespace cases {
 namespace {
@@ -67,19 +72,30 @@ void RunCommand(const velahost::Command& command, velahost::Host& host,
   EXPECT_EQ(variables.size(), identities.size()) << "two variables have one identity";
 }
 
-void CheckOutcome(const Case& test, const velahost::Host& host, const Lines& changes) {
+// What is to be written, by the path of the case file; null where nothing is.
+using Updates = std::map<std::string, Outcomes>;
+
+Lines OutcomeOf(const velahost::Host& host, const Lines& changes) {
   Lines lines;
   for (const velahost::Diagnostic& diagnostic : host.diagnostics.All()) {
     lines.push_back(DiagnosticLine(diagnostic));
   }
   lines.insert(lines.end(), changes.begin(), changes.end());
   if (host.legacyWeight != 0) lines.push_back("legacy weight " + std::to_string(host.legacyWeight));
-  const std::string expected = Joined(test.outcome);
-  const std::string actual = Joined(lines);
-  if (actual == expected) return;
-  ADD_FAILURE_AT(test.file.c_str(), test.line) << "Expected:\n----\n"
-                                               << expected << "\nActual:\n----\n"
-                                               << actual;
+  return lines;
+}
+
+// Checks the outcome, after all else.
+void CheckOutcome(const Case& test, const Lines& actual, Updates* updates) {
+  if (actual == test.outcome) return;
+  const std::string both =
+      "Expected:\n----\n" + Joined(test.outcome) + "\nActual:\n----\n" + Joined(actual);
+  if (updates == nullptr || testing::Test::HasFailure()) {
+    ADD_FAILURE_AT(test.file.c_str(), test.line) << both;
+    return;
+  }
+  std::cout << test.file << ":" << test.line << ": " << test.title << "\n" << both << "\n";
+  (*updates)[test.file][test.line] = actual;
 }
 
 // What is in memory, with what documents the variables as it stands in a file with its dictionary.
@@ -104,7 +120,7 @@ void CheckSaving(const Hosted& hosted, bool changed, const velahost::CodebookFil
 }
 
 // Runs a case through the library's entry point on a host of its own.
-void RunCase(const Case& test, applydic::EntryPoint applyDictionary) {
+void RunCase(const Case& test, applydic::EntryPoint applyDictionary, Updates* updates) {
   const testing::ScopedTrace trace(test.file.c_str(), test.line, test.title);
   const CurrentFolder folder;
   const std::string source = CodebookText(test.source);
@@ -124,29 +140,30 @@ void RunCase(const Case& test, applydic::EntryPoint applyDictionary) {
   const Lines changes = ChangeLines(before, after);
   EXPECT_EQ(changes.empty(), WithSortedSets(before) == WithSortedSets(after))
       << "a change that no line shows";
-  CheckOutcome(test, hosted.host, changes);
   CheckSaving(hosted, !changes.empty(), saved, folder);
   EXPECT_EQ(source, folder.Read("source"));
+  CheckOutcome(test, OutcomeOf(hosted.host, changes), updates);
 }
 
 class CaseTest : public testing::Test {
  public:
-  CaseTest(Case test, applydic::EntryPoint applyDictionary)
-      : test_(std::move(test)), applyDictionary_(applyDictionary) {}
+  CaseTest(Case test, applydic::EntryPoint applyDictionary, Updates* updates)
+      : test_(std::move(test)), applyDictionary_(applyDictionary), updates_(updates) {}
 
-  void TestBody() override { RunCase(test_, applyDictionary_); }
+  void TestBody() override { RunCase(test_, applyDictionary_, updates_); }
 
  private:
   Case test_;
   applydic::EntryPoint applyDictionary_;
+  Updates* updates_;
 };
 
-void Register(const std::string& path, applydic::EntryPoint applyDictionary) {
+void Register(const std::string& path, applydic::EntryPoint applyDictionary, Updates* updates) {
   const std::string suite = std::filesystem::path(path).stem();
   for (const Case& test : ReadCaseFile(path)) {
     testing::RegisterTest(suite.c_str(), test.title.c_str(), nullptr, nullptr, test.file.c_str(),
-                          test.line, [test, applyDictionary]() -> testing::Test* {
-                            return new CaseTest(test, applyDictionary);  // owned by GoogleTest
+                          test.line, [test, applyDictionary, updates]() -> testing::Test* {
+                            return new CaseTest(test, applyDictionary, updates);  // GoogleTest's
                           });
   }
 }
@@ -156,12 +173,18 @@ void Register(const std::string& path, applydic::EntryPoint applyDictionary) {
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
+  const bool isUpdating = argc > 1 && std::string_view(argv[1]) == "--update";
+  cases::Updates updates;
   try {
     const applydic::EntryPoint applyDictionary = applydic::LoadLibrary();
-    for (int i = 1; i < argc; ++i) cases::Register(argv[i], applyDictionary);
+    for (int i = isUpdating ? 2 : 1; i < argc; ++i) {
+      cases::Register(argv[i], applyDictionary, isUpdating ? &updates : nullptr);
+    }
+    const int status = RUN_ALL_TESTS();
+    for (const auto& [path, outcomes] : updates) cases::RewriteOutcomes(path, outcomes);
+    return status;
   } catch (const std::exception& exception) {
     std::cerr << exception.what() << "\n";
     return 2;
   }
-  return RUN_ALL_TESTS();
 }
