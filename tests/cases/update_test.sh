@@ -4,7 +4,7 @@
 # Usage: update_test.sh CASE_TESTS CASE_FILE...
 set -euo pipefail
 export LC_ALL=C.UTF-8
-case_tests=$1
+case_tests=$(realpath "$1")
 shift
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
@@ -21,16 +21,15 @@ update() {
          { print }" "$file" >"$folder/$1.before/${file##*/}"
   done
   cp "$folder/$1.before"/* "$folder/$1"
-  "$case_tests" --update "$folder/$1"/* >"$folder/$1.out" || {
-    cat "$folder/$1.out"
+  "$case_tests" --gtest_brief=1 --update "$folder/$1"/* >"$folder/$1.out" || {
+    grep -m1 -A9 ': Failure$' "$folder/$1.out"
     exit 1
   }
 }
 
+update right '' "$@"  # a case may fail at the moment
 update wrong '$0 = "wrong " $0' "$@"
-for file in "$@"; do
-  diff "$file" "$folder/wrong/${file##*/}"
-done
+diff -r "$folder/right" "$folder/wrong"
 grep -q wrong "$folder/wrong.out"  # what stood there is shown
 
 update lost 'if (!sub(/; [^;]*$/, "")) $0 = $0 "; one\n## comment\ntwo; three"' "$@"
