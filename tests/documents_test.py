@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Checks that the documents show what the program prints.
+"""Checks that the documents show what the program prints, and name what is there: the links, and the
+paths between backticks that begin with a folder of the project.
 
 A fenced block whose first line begins with "$ " is a session: its commands are run, and what stands
 below each must be what it prints, standard error included. The sessions of a document are run one
@@ -12,7 +13,7 @@ one has written.
   <!-- not run     on a line before the block, as in "<!-- not run: needs a server -->": none of
                    its commands is run.
 
-Usage: documents_test.py [--update] PROGRAM EXAMPLES DOCUMENT...
+Usage: documents_test.py [--update] PROGRAM PROJECT DOCUMENT...
 With --update what the program prints is written into the documents, and the difference is shown. Of a
 command that fails it is written only where "error" stands in what the document shows of it, and of
 one that crashes never.
@@ -150,22 +151,49 @@ def why_not_written(command, printed, status):
     return None
 
 
+def anchors(document):
+    """The places of a document that links can name: its headings, without what is no letter."""
+    headings = re.findall(r"^#+ +(.*)$", document.read_text(encoding="utf-8"), re.MULTILINE)
+    return {re.sub(r"[^\w -]", "", heading).lower().replace(" ", "-") for heading in headings}
+
+
+def leads_to_nothing(target, document):
+    """Whether a link names no file, or no place in one."""
+    path, _, anchor = target.partition("#")
+    file = document.parent / path if path else document
+    return not file.exists() or (anchor != "" and anchor not in anchors(file))
+
+
+def wrong_names(text, document, project):
+    """The links and paths of a document that lead nowhere."""
+    folders = "|".join(path.name for path in project.iterdir() if path.is_dir() and path.name != "build")
+    prose = re.sub(r"^ *```.*?^ *```", "", text, flags=re.MULTILINE | re.DOTALL)
+    links = re.findall(r"\]\(((?!\w+:)[^)\s]+)\)", prose)
+    paths = re.findall(rf"`((?:{folders})/[^`\s]*)", prose)
+    return [link for link in links if leads_to_nothing(link, document)] + [
+        path for path in paths if not any(project.glob(path))
+    ]
+
+
 class Documents:
     """Checks, or updates, one document after the other."""
 
-    def __init__(self, program, examples, update):
+    def __init__(self, program, project, update):
         self.program = program
-        self.examples = examples
+        self.project = project
         self.update = update
         self.count = 0
         self.failures = 0
 
     def check(self, path):
         text = path.read_text(encoding="utf-8")
+        for name in wrong_names(text, path, self.project):
+            print(f"{path}: leads nowhere: {name}")
+            self.failures += 1
         lines = text.split("\n")
         written = []  # the commands, with the lines to be shown below them
         with tempfile.TemporaryDirectory() as folder:
-            for file in self.examples.rglob("*"):
+            for file in (self.project / "examples").rglob("*"):
                 if file.is_file():
                     shutil.copy(file, folder)
             for command, indentation in sessions(lines):
@@ -204,8 +232,8 @@ def main(arguments):
         arguments = arguments[1:]
     if len(arguments) < 3:
         raise SystemExit(__doc__)
-    program, examples, *paths = (pathlib.Path(argument).resolve() for argument in arguments)
-    documents = Documents(program, examples, update)
+    program, project, *paths = (pathlib.Path(argument).resolve() for argument in arguments)
+    documents = Documents(program, project, update)
     for path in paths:
         documents.check(path)
     if documents.count == 0:
@@ -214,7 +242,7 @@ def main(arguments):
     if not documents.failures:
         return
     if not update:
-        print("If what is printed is right, run scripts/update documents")
+        print("If what commands print is right, run scripts/update documents")
     raise SystemExit(1)
 
 
