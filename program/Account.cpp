@@ -8,8 +8,10 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
-#include "program/DictionaryJson.h"
+#include "program/DifferenceJson.h"
+#include "program/JsonStream.h"
 #include "program/Output.h"
+#include "standalone/Comparison/Difference.h"
 
 namespace applydic {
 namespace {
@@ -109,34 +111,38 @@ std::string AccountText(const Outcome& outcome) {
   return text;
 }
 
-std::string OutcomeJsonText(const std::vector<velahost::Diagnostic>& diagnostics,
-                            const std::optional<Outcome>& outcome) {
-  Json issued = Json::array();
+namespace {
+
+Json DiagnosticJson(const velahost::Diagnostic& diagnostic) {
+  return {{"level", static_cast<int>(diagnostic.level)},
+          {"show", diagnostic.show},
+          {"text", diagnostic.message.text},
+          {"arguments", diagnostic.message.arguments},
+          {"message", diagnostic.shown}};
+}
+
+}  // namespace
+
+void WriteOutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
+                      const std::optional<Outcome>& outcome, const velahost::ByteSink& sink) {
+  static const velahost::CodebookFile kNone;
+  static const Outcome kNothing = {kNone, {}, {}, {}, {}, {}};
+  const Outcome& result = outcome ? *outcome : kNothing;
+  const Dictionary& before = result.working.dictionary;
+  JsonStream json(sink);
+  json.BeginArray("diagnostics");
   for (const velahost::Diagnostic& diagnostic : diagnostics) {
-    issued.push_back({{"level", static_cast<int>(diagnostic.level)},
-                      {"show", diagnostic.show},
-                      {"text", diagnostic.message.text},
-                      {"arguments", diagnostic.message.arguments},
-                      {"message", diagnostic.shown}});
+    json.Element(DiagnosticJson(diagnostic));
   }
-  Json changed = Json::array();
-  Json added = Json::array();
-  Json file = Json::array();
-  Json written = nullptr;
-  if (outcome) {
-    for (const Changes::OfVariable& variable : outcome->changes.changed) {
-      changed.push_back({{"variable", NameAt(outcome->dictionary, variable.column)},
-                         {"properties", variable.properties.Names()}});
-    }
-    added = AddedNames(*outcome);
-    file = outcome->changes.file.Names();
-    if (outcome->written) written = *outcome->written;
-  }
-  return JsonText({{"diagnostics", std::move(issued)},
-                   {"changed", std::move(changed)},
-                   {"added", std::move(added)},
-                   {"file", std::move(file)},
-                   {"written", std::move(written)}});
+  json.EndArray();
+  WriteChanged(DifferenceOf(result.changes, result.dictionary), SideOf(result.working),
+               SideAfter(result.working, result.dictionary), json);
+  json.Member("added", AddedNames(result));
+  WriteFileItems(result.changes.file, before, result.dictionary, json);
+  json.Member("notPaired", result.notPaired);
+  json.Member("notReached", result.notReached);
+  json.Member("written", result.written ? Json(*result.written) : Json(nullptr));
+  json.End();
 }
 
 }  // namespace applydic

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <future>
 #include <memory>
 #include <new>
 #include <optional>
@@ -124,11 +123,6 @@ void RunCommands(velahost::Host& host, std::vector<velahost::Command> commands,
   }
 }
 
-// Where the account goes: standard output, unless the codebook itself goes there.
-void WriteForPeople(std::string_view text, bool isCodebookOutput) {
-  isCodebookOutput ? WriteAside(text) : WriteOutput(text);
-}
-
 // A dry run writes too, to nowhere, so that it meets what cannot be written.
 void WriteWorking(const velahost::CodebookFile& working, const Outcome& outcome,
                   bool isCodebookOutput) {
@@ -140,19 +134,49 @@ void WriteWorking(const velahost::CodebookFile& working, const Outcome& outcome,
   velahost::SaveFile(*outcome.written, write);
 }
 
-// Prints the account. If that fails, the codebook is written already, and the message says so.
-void WriteAccount(std::future<std::string> account, const std::optional<std::string>& destination,
-                  bool isCodebookOutput) {
-  const auto written = [&destination] {
-    return destination ? " " + *destination + " is written." : std::string();
+// What the user is told of a run: to standard output, unless the codebook itself goes there.
+void WriteAccount(const ApplyOptions& options, const std::vector<velahost::Diagnostic>& diagnostics,
+                  const std::optional<Outcome>& outcome, bool isCodebookOutput) {
+  OutputBuffer output(isCodebookOutput ? WriteAside : WriteOutput);
+  const auto write = [&output](std::string_view piece) { output.Write(piece); };
+  if (options.json) {
+    WriteOutcomeJson(diagnostics, outcome, write);
+  } else {
+    write(outcome ? AccountText(*outcome) : "An error was reported: nothing written\n");
+  }
+  output.Flush();
+}
+
+// Tells what has changed. If that fails, the codebook is written already, and the message says so.
+void WriteAccountOf(const Outcome& outcome, const ApplyOptions& options,
+                    const std::vector<velahost::Diagnostic>& diagnostics, bool isCodebookOutput) {
+  const auto written = [&outcome] {
+    return outcome.written ? " " + *outcome.written + " is written." : std::string();
   };
   try {
-    WriteForPeople(account.get(), isCodebookOutput);
+    WriteAccount(options, diagnostics, outcome, isCodebookOutput);
   } catch (const std::bad_alloc&) {
     throw Failure("There is not enough memory to tell what has changed." + written());
   } catch (const Failure& failure) {
     throw Failure(failure.what() + written());
   }
+}
+
+std::vector<std::string> Strings(const std::vector<velahost::Text>& texts) {
+  return {texts.begin(), texts.end()};
+}
+
+// What came of the commands.
+Outcome OutcomeOf(velahost::Host& host, std::optional<std::string> destination) {
+  const velahost::CodebookFile& working = host.WorkingFile();
+  Outcome outcome{working, host.WorkingDictionary(), {}, {}, {}, std::move(destination)};
+  outcome.changes = velahost::ChangesBetween(working.dictionary, outcome.dictionary);
+  const velahost::Reach& reach = host.ReachOfRun();
+  outcome.notPaired = Strings(reach.NotPaired());
+  for (const std::size_t column : reach.NotReached(working.dictionary.variables.size())) {
+    outcome.notReached.push_back(working.dictionary.variables[column]->name.String());
+  }
+  return outcome;
 }
 
 }  // namespace
@@ -176,20 +200,14 @@ ExitStatus RunApply(const ApplyOptions& options, velahost::Host& host) {
 
   const std::vector<velahost::Diagnostic>& diagnostics = host.diagnostics.All();
   if (host.diagnostics.FatalError()) {
-    WriteForPeople(options.json ? OutcomeJsonText(diagnostics, std::nullopt)
-                                : "An error was reported: nothing written\n",
-                   isCodebookOutput);
+    WriteAccount(options, diagnostics, std::nullopt, isCodebookOutput);
     return kErrorReported;
   }
 
   if (destination) RefuseSource(*destination, working.identity, sources->Opened());
-  Outcome outcome{host.WorkingDictionary(), {}, destination};
-  outcome.changes = velahost::ChangesBetween(working.dictionary, outcome.dictionary);
-  // Make the account while the codebook is written.
-  std::future<std::string> account = std::async(
-      [&] { return options.json ? OutcomeJsonText(diagnostics, outcome) : AccountText(outcome); });
+  const Outcome outcome = OutcomeOf(host, destination);
   WriteWorking(working, outcome, isCodebookOutput);
-  WriteAccount(std::move(account), destination, isCodebookOutput);
+  WriteAccountOf(outcome, options, diagnostics, isCodebookOutput);
   return kDone;
 }
 

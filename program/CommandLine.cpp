@@ -20,7 +20,7 @@ constexpr const char* kExample =
     "Example:\n"
     "  applydic apply -c \"FROM 'survey_2025.xml'\" -o labelled.xml survey_2026.xml\n"
     "\n"
-    "'applydic apply --help' and 'applydic show --help' say more.";
+    "'applydic apply --help' says more of apply, and so on.";
 
 // The arguments without the program's name, the last one first, as the parser takes them. To it
 // "++" ends a subcommand; here it is the name of a file.
@@ -41,7 +41,7 @@ class CommandLine {
     program_.set_help_flag("-h,--help", "Print this help and exit");
     program_.require_subcommand(1);
     program_.get_formatter()->label("REQUIRED", "");
-    for (const auto make : {MakeApplyArguments, MakeShowArguments}) {
+    for (const auto make : {MakeApplyArguments, MakeDiffArguments, MakeShowArguments}) {
       commands_.push_back(make(program_));
     }
   }

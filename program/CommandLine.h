@@ -30,12 +30,20 @@ struct ShowOptions {
   std::optional<std::string> language;  // of the labels; the file's own if there is none
 };
 
+// applydic diff: what differs between two dictionaries.
+struct DiffOptions {
+  std::string before;  // a path, or path#ID
+  std::string now;     // the same
+  bool json = false;
+  std::optional<std::string> language;  // of the labels; that of the new file if there is none
+};
+
 // The answer to a question about the program itself: help, or the version.
 struct Answer {
   std::string text;
 };
 
-using Request = std::variant<Answer, ApplyOptions, ShowOptions>;
+using Request = std::variant<Answer, ApplyOptions, ShowOptions, DiffOptions>;
 
 // Reads what the user asks for. Throws Failure for wrong usage; the message names the help to read.
 Request ReadCommandLine(int argc, const char* const* argv);

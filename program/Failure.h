@@ -8,6 +8,7 @@ namespace applydic {
 enum ExitStatus : int {
   kDone = 0,           // warnings included
   kErrorReported = 1,  // the run reported an error; nothing is written
+  kDifferent = 1,      // of diff: the dictionaries differ
   kCannotRun = 2,      // wrong usage, or a file that cannot be read or written
 };
 

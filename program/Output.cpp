@@ -58,6 +58,17 @@ void WriteOutput(std::string_view text) {
 
 void WriteAside(std::string_view text) { WriteAll(STDERR_FILENO, text); }
 
+void OutputBuffer::Write(std::string_view piece) {
+  constexpr std::size_t kAtOnce = std::size_t{1} << 16;
+  text_ += piece;
+  if (text_.size() >= kAtOnce) Flush();
+}
+
+void OutputBuffer::Flush() {
+  writes_(text_);
+  text_.clear();
+}
+
 bool IsStandardOutput(const std::string& path) {
   struct stat named = {};
   struct stat output = {};

@@ -15,6 +15,21 @@ void WriteOutput(std::string_view text);
 // Writes to standard error what is meant for standard output, where that takes the codebook itself.
 // Ignores failures.
 void WriteAside(std::string_view text);
+
+// Gathers pieces of text and writes them in larger ones.
+class OutputBuffer {
+ public:
+  // writes is WriteOutput or WriteAside.
+  explicit OutputBuffer(void (*writes)(std::string_view text)) : writes_(writes) {}
+  // Throw what it throws.
+  void Write(std::string_view piece);
+  void Flush();
+
+ private:
+  void (*writes_)(std::string_view text);
+  std::string text_;
+};
+
 // Whether a path names what standard output goes to.
 bool IsStandardOutput(const std::string& path);
 

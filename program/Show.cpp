@@ -168,20 +168,16 @@ void ListVariable(const velahost::Variable& variable,
 // Writes the text piece by piece: as JSON, the dictionary of a large file takes many times the
 // file's size.
 void WriteJson(const velahost::CodebookFile& file) {
-  constexpr std::size_t kAtOnce = std::size_t{1} << 16;
-  std::string text;
-  WriteDictionaryJson(file.dictionary, DocumentationIn(file), [&text](std::string_view piece) {
-    text += piece;
-    if (text.size() < kAtOnce) return;
-    WriteOutput(text);
-    text.clear();
-  });
-  WriteOutput(text);
+  OutputBuffer output(WriteOutput);
+  WriteDictionaryJson(file.dictionary, DocumentationIn(file),
+                      [&output](std::string_view piece) { output.Write(piece); });
+  output.Flush();
 }
 
 }  // namespace
 
-std::string DictionaryText(const Dictionary& dictionary, const DocumentationLookup& documentation) {
+std::string DictionaryText(const Dictionary& dictionary,
+                           const velahost::DocumentationLookup& documentation) {
   Listing listing;
   ListFile(dictionary, listing);
   for (std::size_t column = 0; column < dictionary.variables.size(); ++column) {

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "program/CommandLine.h"
-#include "program/DictionaryJson.h"
 #include "program/Failure.h"
+#include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Dictionary/Dictionary.h"
 
 namespace applydic {
@@ -14,6 +14,6 @@ ExitStatus RunShow(const ShowOptions& options);
 
 // Returns a dictionary for people to read: the file-level items, then each variable.
 std::string DictionaryText(const velahost::Dictionary& dictionary,
-                           const DocumentationLookup& documentation);
+                           const velahost::DocumentationLookup& documentation);
 
 }  // namespace applydic

@@ -9,6 +9,7 @@
 
 #include "program/Apply.h"
 #include "program/CommandLine.h"
+#include "program/Diff.h"
 #include "program/Failure.h"
 #include "program/Output.h"
 #include "program/Show.h"
@@ -50,6 +51,7 @@ struct TerminateHandler {
 ExitStatus Run(const Request& request, velahost::Host& host) {
   if (const auto* apply = std::get_if<ApplyOptions>(&request)) return RunApply(*apply, host);
   if (const auto* show = std::get_if<ShowOptions>(&request)) return RunShow(*show);
+  if (const auto* diff = std::get_if<DiffOptions>(&request)) return RunDiff(*diff);
   WriteOutput(std::get<Answer>(request).text);
   return kDone;
 }

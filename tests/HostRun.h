@@ -69,7 +69,7 @@ inline std::vector<velahost::DocumentationText> NoDocumentation(std::size_t /*co
 // The dictionary as `show --json` has it.
 inline std::string DictionaryJsonText(
     const velahost::Dictionary& dictionary,
-    const applydic::DocumentationLookup& documentation = NoDocumentation) {
+    const velahost::DocumentationLookup& documentation = NoDocumentation) {
   std::string text;
   applydic::WriteDictionaryJson(dictionary, documentation,
                                 [&](std::string_view piece) { text += piece; });
@@ -80,7 +80,7 @@ inline nlohmann::ordered_json DictionaryJson(const velahost::Dictionary& diction
 }
 inline nlohmann::ordered_json DictionaryJson(const velahost::CodebookFile& file) {
   return nlohmann::ordered_json::parse(
-      DictionaryJsonText(file.dictionary, applydic::DocumentationIn(file)));
+      DictionaryJsonText(file.dictionary, velahost::DocumentationIn(file)));
 }
 // The same with the sets by name: a document has them in an order of its own.
 inline nlohmann::ordered_json WithSortedSets(nlohmann::ordered_json json) {

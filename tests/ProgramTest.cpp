@@ -132,9 +132,13 @@ TEST_F(Program, TellsTheOutcomeAsJson) {
     "diagnostics": [{"level": 1, "show": 2,
       "text": "^1: Missing values not applied: some values too long...", "arguments": ["s"],
       "message": "s: Missing values not applied: some values too long..."}],
-    "changed": [{"variable": "a", "properties": ["label"]},
-                {"variable": "s", "properties": ["label"]}],
-    "added": ["N"], "file": ["label", "weight"], "written": "o.xml"})"));
+    "changed": [{"variable": "a", "properties": ["label"],
+                 "old": {"label": null}, "new": {"label": "L"}},
+                {"variable": "s", "properties": ["label"],
+                 "old": {"label": null}, "new": {"label": "S"}}],
+    "added": ["N"], "file": ["label", "weight"],
+    "fileValues": {"old": {"label": null, "weight": null}, "new": {"label": "File", "weight": "a"}},
+    "notPaired": [], "notReached": [], "written": "o.xml"})"));
   EXPECT_EQ(err_, "applydic: warning: s: Missing values not applied: some values too long...\n");
   EXPECT_EQ(folder_.Read("w.xml"), kWorking);
   EXPECT_EQ(Run("apply --json -c \"FROM *\" -n 'w.xml#F1'"), 0);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -85,8 +86,18 @@ std::vector<DocumentationElement> DocumentationOf(const CodebookFile& file, std:
 struct DocumentationText {
   Documentation kind;
   std::string text;
+
+  bool operator==(const DocumentationText&) const = default;
 };
 std::vector<DocumentationText> DocumentationTexts(const CodebookFile& file, std::size_t column);
+// The same of the variable as it is after a command: with what it has been given of other kinds.
+std::vector<DocumentationText> DocumentationTexts(const CodebookFile& file, std::size_t column,
+                                                  const Variable& now);
+
+// What documents the variable at a column of some dictionary, as texts.
+using DocumentationLookup = std::function<std::vector<DocumentationText>(std::size_t column)>;
+// That of a file, which outlives it. REQUIRES: it was not opened as a source.
+DocumentationLookup DocumentationIn(const CodebookFile& file);
 
 // Why an element of another document cannot stand in the file's document, as the rest of a sentence
 // about it; nothing if it can.

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "standalone/Codebook/CarriedMarkup.h"
 #include "standalone/Codebook/Codebook.h"
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Codebook/Documentation.h"
@@ -399,6 +400,40 @@ std::vector<DocumentationElement> DocumentationOf(const CodebookFile& file, std:
 std::vector<DocumentationText> DocumentationTexts(const CodebookFile& file, std::size_t column) {
   if (!file.codebook) return {};
   return DocumentationTexts(VariableAt(file, column).element, file.codebook->languages);
+}
+
+namespace {
+
+// What has been brought to a variable of these kinds, as it reads where it is saved.
+std::vector<DocumentationText> BroughtTexts(const CodebookFile& file, const Brought& brought,
+                                            DocumentationSet kinds) {
+  std::string document = "<codeBook><dataDscr><var name='v'>";
+  for (const DocumentationElement& element : brought.documentation) {
+    if (kinds.Has(element.kind)) document += NewCarried({}, element.markup).markup;
+  }
+  document += "</var></dataDscr></codeBook>";
+  return DocumentationTexts(
+      OpenCodebook(file.path, Bytes(document), std::nullopt, OpenFor::Showing, file.language), 0);
+}
+
+}  // namespace
+
+std::vector<DocumentationText> DocumentationTexts(const CodebookFile& file, std::size_t column,
+                                                  const Variable& now) {
+  const DocumentationSet read = file.dictionary.variables[column]->documented;
+  std::vector<DocumentationText> texts = DocumentationTexts(file, column);
+  const DocumentationSet given = now.documented.Without(read);
+  if (given.Empty() || !now.brought) return texts;
+  for (DocumentationText& text : BroughtTexts(file, *now.brought, given)) {
+    texts.push_back(std::move(text));
+  }
+  std::stable_sort(texts.begin(), texts.end(),
+                   [](const auto& a, const auto& b) { return a.kind < b.kind; });
+  return texts;
+}
+
+DocumentationLookup DocumentationIn(const CodebookFile& file) {
+  return [&file](std::size_t column) { return DocumentationTexts(file, column); };
 }
 
 std::optional<std::string> WhyNotIn(const CodebookFile& file, const std::string& markup) {

@@ -85,9 +85,12 @@ UserInputCaseFile::UserInputCaseFile(const UserCaseFileSpec& spec,
                                      ProcedureDataSource* /*context*/) {
   Called("UserInputCaseFile::UserInputCaseFile");
   impl_ = std::make_unique<Impl>();
+  velahost::Reach& reach = velahost::Host::Current().reach;
+  reach.SetSource(nullptr);
   if (spec.impl_->isWorkingFile) return;
 
   const std::shared_ptr<const CodebookFile> file = OpenSource(spec.impl_->file);
+  reach.SetSource(file);
   for (const velahost::Message& warning : file->warnings) {
     velahost::Host::Current().diagnostics.Report(velahost::Severity::TransferWarning, warning);
   }

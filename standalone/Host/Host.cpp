@@ -45,7 +45,13 @@ void Host::SetWorking(CodebookFile file) {
 
 Dictionary Host::WorkingDictionary() const { return HostAccess::Of(Working()).DictionaryNow(); }
 
+const Reach& Host::ReachOfRun() {
+  if (reach.IsInCommand()) reach.EndCommand(HostAccess::Of(Working()).Names());
+  return reach;
+}
+
 void Host::SetCommand(Command next) {
+  if (reach.IsInCommand()) reach.EndCommand(HostAccess::Of(Working()).Names());
   command_ = std::move(next);
   givenSets.clear();
   diagnostics.BeginCommand();

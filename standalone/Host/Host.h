@@ -10,6 +10,7 @@
 #include "host/Dictionary.h"
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Dictionary/Dictionary.h"
+#include "standalone/Host/Reach.h"
 #include "standalone/Syntax/Diagnostics.h"
 #include "standalone/Syntax/Tokenizer.h"
 
@@ -41,6 +42,8 @@ class Host {
   // it; the diagnostics so far are kept.
   void SetCommand(Command next);
   const Command& CurrentCommand() const { return command_; }
+  // How far the commands reach that have been run.
+  const Reach& ReachOfRun();
 
   // Makes room for one more data source to own. A store calls it before it is constructed and Own
   // when it is, so that nothing fails between its construction and the change of owner.
@@ -70,6 +73,9 @@ class Host {
     VariableSet set;                           // without members
   };
   std::vector<GivenSet> givenSets;
+
+  // What the current command says of the variables that it is for.
+  Reach reach;
 
   // What the library and the host have between them besides data sources.
   VELA_FortranDictionary legacy;      // the legacy dictionary

@@ -102,6 +102,7 @@ std::vector<int> KeywordSubcommand::ExistingVariables(const VELA_DataSource& dat
   velahost::VariableList list(impl_->keywords.list, impl_->name, Host::Current().diagnostics);
   std::vector<int> columns = list.Columns(HostAccess::Of(dataSource).Names());
   if (list.HasErrors()) impl_->keywords.hasErrors = true;
+  Host::Current().reach.SetList(impl_->name, columns);
   return columns;
 }
 
@@ -111,6 +112,7 @@ std::vector<VelaVarName> KeywordSubcommand::MixedVariables(const VELA_DataSource
   const std::vector<std::string> names =
       list.Names(dataSource == nullptr ? nullptr : &HostAccess::Of(*dataSource).Names());
   if (list.HasErrors()) impl_->keywords.hasErrors = true;
+  Host::Current().reach.SetNames(names);
   std::vector<VelaVarName> result;
   result.reserve(names.size());
   for (const std::string& name : names) result.emplace_back(name.c_str());
