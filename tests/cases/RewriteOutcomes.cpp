@@ -122,9 +122,7 @@ void RewriteOutcomes(const std::string& path, const Outcomes& outcomes) {
   }
   const std::string before = ReadText(path);
   std::string now = before;
-  for (auto i = outcomes.rbegin(); i != outcomes.rend(); ++i) {
-    now = WithOutcome(now, i->first, i->second);
-  }
+  for (const auto& [title, outcome] : outcomes) now = WithOutcome(now, title, outcome);
   WriteText(path, now);
   if (ReadsAs(path, wanted)) return;
   WriteText(path, before);
