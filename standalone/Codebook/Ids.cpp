@@ -77,23 +77,22 @@ struct Named {
 
 // The last two elements of the kind that have an ID, the last one first.
 std::vector<Named> LastNamed(const Codebook& codebook, IdKind kind) {
+  constexpr std::size_t kEnough = 2;
   std::vector<Named> named;
-  // Whether there are enough.
   const auto add = [&named](const Text& id, std::string name) {
     if (!id.Empty()) named.push_back({id.String(), std::move(name)});
-    return named.size() == 2;
   };
   if (kind == IdKind::Set) {
-    std::any_of(codebook.groups.rbegin(), codebook.groups.rend(),
-                [&](const Codebook::Group& group) {
-                  return add(group.reading.id, group.reading.set.name.String());
-                });
+    for (std::size_t i = codebook.groups.size(); i > 0 && named.size() < kEnough; --i) {
+      const GroupReading& group = codebook.groups[i - 1].reading;
+      add(group.id, group.set.name.String());
+    }
     return named;
   }
-  std::any_of(codebook.variables.rbegin(), codebook.variables.rend(),
-              [&](const Codebook::Variable& variable) {
-                return add(variable.id, Collapse(variable.element.Attribute("name")));
-              });
+  for (std::size_t i = codebook.variables.size(); i > 0 && named.size() < kEnough; --i) {
+    const Codebook::Variable& variable = codebook.variables[i - 1];
+    add(variable.id, Collapse(variable.element.Attribute("name")));
+  }
   return named;
 }
 
