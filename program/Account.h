@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "program/Terminal.h"
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Dictionary/Dictionary.h"
@@ -25,8 +26,15 @@ struct Outcome {
   std::optional<std::string> written;
 };
 
-// Returns the account of a run for people, in lines.
-std::string AccountText(const Outcome& outcome);
+// How much an account tells.
+struct AccountStyle {
+  bool hasValues = false;  // old and new values, rather than the names of what changed
+  bool isWhole = false;    // all of it, rather than a screenful
+};
+
+// Writes the account of a run for people. What the sink throws passes on.
+void WriteAccount(const Outcome& outcome, const AccountStyle& style, Page page,
+                  const velahost::ByteSink& sink);
 
 // Writes the object that `applydic apply --json` prints; at most one variable is held as text at a
 // time. Scripts read it, so it stays as it is, like that of `show --json`. After an error there is

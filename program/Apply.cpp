@@ -134,27 +134,32 @@ void WriteWorking(const velahost::CodebookFile& working, const Outcome& outcome,
   velahost::SaveFile(*outcome.written, write);
 }
 
-// What the user is told of a run: to standard output, unless the codebook itself goes there.
-void WriteAccount(const ApplyOptions& options, const std::vector<velahost::Diagnostic>& diagnostics,
-                  const std::optional<Outcome>& outcome, bool isCodebookOutput) {
-  OutputBuffer output(isCodebookOutput ? WriteAside : WriteOutput);
-  const auto write = [&output](std::string_view piece) { output.Write(piece); };
-  if (options.json) {
-    WriteOutcomeJson(diagnostics, outcome, write);
-  } else {
-    write(outcome ? AccountText(*outcome) : "An error was reported: nothing written\n");
-  }
-  output.Flush();
+// Tells the user what came of the run, on standard output, unless the codebook itself goes there.
+void TellUser(const ApplyOptions& options, const std::vector<velahost::Diagnostic>& diagnostics,
+              const std::optional<Outcome>& outcome, bool isCodebookOutput) {
+  if (options.isQuiet) return;
+  const Page page = PageOfOutput(options.color, isCodebookOutput);
+  const AccountStyle style{options.dryRun || options.difference, options.isVerbose};
+  WriteForReader(isCodebookOutput ? Stream::Aside : Stream::Output,
+                 [&](const velahost::ByteSink& sink) {
+                   if (options.json) {
+                     WriteOutcomeJson(diagnostics, outcome, sink);
+                   } else if (outcome) {
+                     WriteAccount(*outcome, style, page, sink);
+                   } else {
+                     sink("An error was reported: nothing written\n");
+                   }
+                 });
 }
 
 // Tells what has changed. If that fails, the codebook is written already, and the message says so.
-void WriteAccountOf(const Outcome& outcome, const ApplyOptions& options,
-                    const std::vector<velahost::Diagnostic>& diagnostics, bool isCodebookOutput) {
+void TellOutcome(const Outcome& outcome, const ApplyOptions& options,
+                 const std::vector<velahost::Diagnostic>& diagnostics, bool isCodebookOutput) {
   const auto written = [&outcome] {
     return outcome.written ? " " + *outcome.written + " is written." : std::string();
   };
   try {
-    WriteAccount(options, diagnostics, outcome, isCodebookOutput);
+    TellUser(options, diagnostics, outcome, isCodebookOutput);
   } catch (const std::bad_alloc&) {
     throw Failure("There is not enough memory to tell what has changed." + written());
   } catch (const Failure& failure) {
@@ -200,14 +205,14 @@ ExitStatus RunApply(const ApplyOptions& options, velahost::Host& host) {
 
   const std::vector<velahost::Diagnostic>& diagnostics = host.diagnostics.All();
   if (host.diagnostics.FatalError()) {
-    WriteAccount(options, diagnostics, std::nullopt, isCodebookOutput);
+    TellUser(options, diagnostics, std::nullopt, isCodebookOutput);
     return kErrorReported;
   }
 
   if (destination) RefuseSource(*destination, working.identity, sources->Opened());
   const Outcome outcome = OutcomeOf(host, destination);
   WriteWorking(working, outcome, isCodebookOutput);
-  WriteAccountOf(outcome, options, diagnostics, isCodebookOutput);
+  TellOutcome(outcome, options, diagnostics, isCodebookOutput);
   return kDone;
 }
 

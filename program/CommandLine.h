@@ -3,6 +3,9 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
+
+#include "program/Terminal.h"
 
 namespace applydic {
 
@@ -19,14 +22,21 @@ struct ApplyOptions {
   bool inPlace = false;
   bool dryRun = false;
 
+  // What is told of the run: an account, by default a screenful, or JSON.
   bool json = false;
+  bool isQuiet = false;     // nothing
+  bool isVerbose = false;   // the whole account
+  bool difference = false;  // with old and new values, as a dry run has it
+  ColorWhen color = ColorWhen::Auto;
   std::optional<std::string> language;  // of the labels; the working file's if there is none
 };
 
 // applydic show: the dictionary of a codebook.
 struct ShowOptions {
-  std::string file;  // a path, or path#ID
+  std::string file;                    // a path, or path#ID
+  std::vector<std::string> variables;  // only these, in full; empty for all
   bool json = false;
+  ColorWhen color = ColorWhen::Auto;
   std::optional<std::string> language;  // of the labels; the file's own if there is none
 };
 
@@ -35,6 +45,8 @@ struct DiffOptions {
   std::string before;  // a path, or path#ID
   std::string now;     // the same
   bool json = false;
+  bool isQuiet = false;  // only the exit status tells
+  ColorWhen color = ColorWhen::Auto;
   std::optional<std::string> language;  // of the labels; that of the new file if there is none
 };
 

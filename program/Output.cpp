@@ -13,6 +13,12 @@
 namespace applydic {
 namespace {
 
+// The reader of standard output has closed the pipe.
+class PipeClosed : public Failure {
+ public:
+  using Failure::Failure;
+};
+
 // Returns false, with errno set, when it cannot write all.
 bool WriteAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
@@ -51,22 +57,35 @@ std::string Spell(int code) {
 }  // namespace
 
 void WriteOutput(std::string_view text) {
-  if (!WriteAll(STDOUT_FILENO, text)) {
-    throw Failure(std::string("Cannot write to standard output: ") + std::strerror(errno) + ".");
-  }
+  if (WriteAll(STDOUT_FILENO, text)) return;
+  const int error = errno;
+  const std::string why =
+      std::string("Cannot write to standard output: ") + std::strerror(error) + ".";
+  if (error == EPIPE) throw PipeClosed(why);
+  throw Failure(why);
 }
 
-void WriteAside(std::string_view text) { WriteAll(STDERR_FILENO, text); }
-
-void OutputBuffer::Write(std::string_view piece) {
+void WriteForReader(Stream stream,
+                    const std::function<void(const velahost::ByteSink& sink)>& write) {
   constexpr std::size_t kAtOnce = std::size_t{1} << 16;
-  text_ += piece;
-  if (text_.size() >= kAtOnce) Flush();
-}
-
-void OutputBuffer::Flush() {
-  writes_(text_);
-  text_.clear();
+  std::string text;
+  const auto flush = [&] {
+    if (stream == Stream::Aside) {
+      WriteAll(STDERR_FILENO, text);
+    } else {
+      WriteOutput(text);
+    }
+    text.clear();
+  };
+  try {
+    write([&](std::string_view piece) {
+      text += piece;
+      if (text.size() >= kAtOnce) flush();
+    });
+    flush();
+  } catch (const PipeClosed&) {
+    return;
+  }
 }
 
 bool IsStandardOutput(const std::string& path) {
@@ -107,8 +126,10 @@ std::string MakeVisible(std::string_view text) {
 
 std::size_t WidthOf(std::string_view text) {
   std::size_t width = 0;
-  for (std::size_t position = 0; position < text.size(); ++width) {
-    position += velahost::CharacterAt(text, position).length;
+  for (std::size_t position = 0; position < text.size();) {
+    const velahost::Character character = velahost::CharacterAt(text, position);
+    width += velahost::ColumnsOf(character.code);
+    position += character.length;
   }
   return width;
 }

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "standalone/Files/File.h"
 #include "standalone/Syntax/Diagnostics.h"
 
 namespace applydic {
@@ -12,23 +15,14 @@ namespace applydic {
 // Writes the whole text to standard output. Throws Failure if that fails.
 void WriteOutput(std::string_view text);
 
-// Writes to standard error what is meant for standard output, where that takes the codebook itself.
-// Ignores failures.
-void WriteAside(std::string_view text);
+// Standard error takes what is meant for standard output where that takes the codebook itself.
+enum class Stream : std::uint8_t { Output, Aside };
 
-// Gathers pieces of text and writes them in larger ones.
-class OutputBuffer {
- public:
-  // writes is WriteOutput or WriteAside.
-  explicit OutputBuffer(void (*writes)(std::string_view text)) : writes_(writes) {}
-  // Throw what it throws.
-  void Write(std::string_view piece);
-  void Flush();
-
- private:
-  void (*writes_)(std::string_view text);
-  std::string text_;
-};
+// Writes what somebody reads, which `write` gives the sink piece by piece, in larger pieces. A
+// reader who closes the pipe has read enough: the rest is dropped, and nothing is wrong. Throws
+// Failure if standard output cannot be written; ignores failures of standard error.
+void WriteForReader(Stream stream,
+                    const std::function<void(const velahost::ByteSink& sink)>& write);
 
 // Whether a path names what standard output goes to.
 bool IsStandardOutput(const std::string& path);
@@ -44,7 +38,7 @@ void WriteDiagnostic(const velahost::Diagnostic& diagnostic);
 // characters that change the direction of writing and bytes that are no character with a backslash.
 std::string MakeVisible(std::string_view text);
 
-// The number of characters in a text: its width in a column.
+// The columns of a terminal that a text takes which is safe for one line.
 std::size_t WidthOf(std::string_view text);
 
 // Joins texts, each made visible, with ", " between them.

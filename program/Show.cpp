@@ -10,6 +10,7 @@
 
 #include "program/DictionaryJson.h"
 #include "program/Output.h"
+#include "program/PropertyText.h"
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Text/Message.h"
 #include "standalone/Text/Numbers.h"
@@ -46,54 +47,17 @@ class Listing {
   std::string text_;
 };
 
-std::vector<std::string> Lines(std::string_view text) {
-  std::vector<std::string> lines;
-  std::size_t start = 0;
-  for (std::size_t end = 0; (end = text.find('\n', start)) != std::string_view::npos;
-       start = end + 1) {
-    lines.push_back(MakeVisible(text.substr(start, end - start)));
-  }
-  lines.push_back(MakeVisible(text.substr(start)));
-  return lines;
-}
-
-std::vector<std::string> AttributeTexts(const velahost::CustomAttributes& attributes) {
-  std::vector<std::string> texts;
-  for (const velahost::Attribute& attribute : attributes) {
-    const std::vector<std::string> values(attribute.values.begin(), attribute.values.end());
-    texts.push_back(MakeVisible(attribute.name) + ": " + JoinVisible(values));
-  }
-  return texts;
-}
-
-std::string NameAt(const Dictionary& dictionary, int column) {
-  return dictionary.variables[static_cast<std::size_t>(column)]->name.String();
-}
-
-std::vector<std::string> SetTexts(const Dictionary& dictionary, velahost::SetKind kind) {
-  std::vector<std::string> texts;
-  for (const velahost::VariableSet& set : dictionary.file.SetsOf(kind)) {
-    const std::string label = set.label ? " (" + set.label->String() + ")" : "";
-    std::vector<std::string> members;
-    for (const int member : set.members) members.push_back(NameAt(dictionary, member));
-    texts.push_back(MakeVisible(set.name.String() + label) + ": " + JoinVisible(members));
-  }
-  return texts;
-}
-
 void ListFile(const Dictionary& dictionary, Listing& listing) {
   const velahost::FileItems& file = dictionary.file;
   listing.Title("File");
   if (file.label) listing.Item("label", MakeVisible(*file.label));
-  for (const Text& document : file.documents) listing.Items("document", Lines(document));
-  if (file.weight >= 0) listing.Item("weight", MakeVisible(NameAt(dictionary, file.weight)));
+  for (const Text& document : file.documents) listing.Items("document", LineTexts(document));
+  if (const auto weight = NameText(dictionary, file.weight)) listing.Item("weight", *weight);
   listing.Items("attributes", AttributeTexts(file.attributes));
   listing.Items("mrsets", SetTexts(dictionary, velahost::SetKind::MultipleResponse));
   listing.Items("varsets", SetTexts(dictionary, velahost::SetKind::Variables));
   listing.Item("variables", std::to_string(dictionary.variables.size()));
 }
-
-std::string StringText(const Text& value) { return "'" + MakeVisible(value) + "'"; }
 
 std::vector<std::string> ValueLabelTexts(const velahost::SharedValueLabels& set) {
   std::vector<std::string> values;
@@ -101,8 +65,7 @@ std::vector<std::string> ValueLabelTexts(const velahost::SharedValueLabels& set)
   if (!set) return texts;
   std::size_t width = 0;
   for (const velahost::ValueLabel& pair : *set) {
-    values.push_back(set->IsNumeric() ? velahost::WriteNumber(pair.number)
-                                      : StringText(pair.string));
+    values.push_back(LabelledValueText(pair, set->IsNumeric()));
     width = std::max(width, WidthOf(values.back()));
   }
   const char* align = set->IsNumeric() ? "{:>{}}  {}" : "{:<{}}  {}";
@@ -113,31 +76,11 @@ std::vector<std::string> ValueLabelTexts(const velahost::SharedValueLabels& set)
   return texts;
 }
 
-std::string BoundText(double number) {
-  if (std::isinf(number)) return number < 0 ? "lowest" : "highest";
-  return velahost::WriteNumber(number);
-}
-
-std::string MissingText(const velahost::MissingValues& missing) {
-  std::vector<std::string> texts;
-  if (missing.range) {
-    texts.push_back(BoundText(missing.range->first) + " to " + BoundText(missing.range->second));
-  }
-  for (const double number : missing.numbers) texts.push_back(velahost::WriteNumber(number));
-  for (const Text& string : missing.strings) texts.push_back(StringText(string));
-  return fmt::format("{}", fmt::join(texts, ", "));
-}
-
 std::string FormatsText(const velahost::Variable& variable) {
   std::string text = variable.print ? TextOf(*variable.print) : "";
   if (!variable.write || variable.print == variable.write) return text;
   if (!text.empty()) text += ", ";
   return text + "write " + TextOf(*variable.write);
-}
-
-std::string TypeText(const velahost::Variable& variable) {
-  if (variable.IsNumeric()) return "number";
-  return variable.hasStatedWidth ? "string of " + std::to_string(variable.type) : "string";
 }
 
 // Leaves out properties that are absent or have their default.
@@ -165,15 +108,6 @@ void ListVariable(const velahost::Variable& variable,
   }
 }
 
-// Writes the text piece by piece: as JSON, the dictionary of a large file takes many times the
-// file's size.
-void WriteJson(const velahost::CodebookFile& file) {
-  OutputBuffer output(WriteOutput);
-  WriteDictionaryJson(file.dictionary, DocumentationIn(file),
-                      [&output](std::string_view piece) { output.Write(piece); });
-  output.Flush();
-}
-
 }  // namespace
 
 std::string DictionaryText(const Dictionary& dictionary,
@@ -190,11 +124,13 @@ ExitStatus RunShow(const ShowOptions& options) {
   const velahost::CodebookFile file =
       velahost::OpenCodebook(options.file, velahost::OpenFor::Showing, options.language);
   for (const velahost::Message& warning : file.warnings) WriteWarning(velahost::Render(warning));
-  if (options.json) {
-    WriteJson(file);
-  } else {
-    WriteOutput(DictionaryText(file.dictionary, DocumentationIn(file)));
-  }
+  WriteForReader(Stream::Output, [&](const velahost::ByteSink& sink) {
+    if (options.json) {
+      WriteDictionaryJson(file.dictionary, DocumentationIn(file), sink);
+    } else {
+      sink(DictionaryText(file.dictionary, DocumentationIn(file)));
+    }
+  });
   return kDone;
 }
 

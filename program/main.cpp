@@ -52,7 +52,9 @@ ExitStatus Run(const Request& request, velahost::Host& host) {
   if (const auto* apply = std::get_if<ApplyOptions>(&request)) return RunApply(*apply, host);
   if (const auto* show = std::get_if<ShowOptions>(&request)) return RunShow(*show);
   if (const auto* diff = std::get_if<DiffOptions>(&request)) return RunDiff(*diff);
-  WriteOutput(std::get<Answer>(request).text);
+  WriteForReader(Stream::Output, [&request](const velahost::ByteSink& sink) {
+    sink(std::get<Answer>(request).text);
+  });
   return kDone;
 }
 

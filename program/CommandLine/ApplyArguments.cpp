@@ -28,7 +28,12 @@ class ApplyArguments : public Arguments {
     DeclareText("-o,--output", "FILE", "Write the changed codebook to a file", output_, to);
     DeclareFlag("-i,--in-place", "Write it over WORKING", options_.inPlace, to);
     DeclareFlag("-n,--dry-run", "Write nothing", options_.dryRun, to);
-    DeclareFlag("--json", "Print the outcome as JSON", options_.json);
+    const std::string told = "What to tell of it";
+    DeclareFlag("-q,--quiet", "Nothing but warnings and errors", options_.isQuiet, told);
+    DeclareFlag("-v,--verbose", "All that changed, however much it is", options_.isVerbose, told);
+    DeclareFlag("--diff", "Old and new values, as --dry-run does", options_.difference, told);
+    DeclareFlag("--json", "The outcome as JSON", options_.json, told);
+    DeclareColor();
     DeclareLanguage();
   }
 
@@ -38,12 +43,16 @@ class ApplyArguments : public Arguments {
     options.syntaxFile = ValueOf("--syntax", syntaxFile_);
     options.output = ValueOf("--output", output_);
     options.language = Language();
+    options.color = Color();
     if (options.command.has_value() == options.syntaxFile.has_value()) {
       Refuse("Give exactly one of --command and --syntax");
     }
     const int destinations =
         (options.output ? 1 : 0) + (options.inPlace ? 1 : 0) + (options.dryRun ? 1 : 0);
     if (destinations != 1) Refuse("Give exactly one of --output, --in-place and --dry-run");
+    if ((options.isQuiet ? 1 : 0) + (options.isVerbose ? 1 : 0) + (options.json ? 1 : 0) > 1) {
+      Refuse("Give at most one of --quiet, --verbose and --json");
+    }
     if (options.working.empty()) Refuse("WORKING is empty: name a file");
     if (options.syntaxFile == "") Refuse("The name after --syntax is empty: name a file");
     if (options.output == "") Refuse("The name after --output is empty: name a file");

@@ -36,6 +36,12 @@ void Arguments::DeclareLanguage() {
               language_);
 }
 
+void Arguments::DeclareColor() {
+  DeclareText("--color", "WHEN",
+              "When to write in colour: auto (on a terminal, without NO_COLOR), always or never",
+              color_);
+}
+
 std::optional<std::string> Arguments::ValueOf(const std::string& option,
                                               const std::string& value) const {
   if (command_.count(option) == 0) return std::nullopt;
@@ -53,6 +59,13 @@ std::optional<std::string> Arguments::Language() const {
     Refuse("--lang takes the code of a language, such as en or pt-BR, not '" + language_ + "'");
   }
   return language_;
+}
+
+ColorWhen Arguments::Color() const {
+  if (color_ == "auto") return ColorWhen::Auto;
+  if (color_ == "always") return ColorWhen::Always;
+  if (color_ == "never") return ColorWhen::Never;
+  Refuse("--color takes auto, always or never, not '" + color_ + "'");
 }
 
 void Arguments::Refuse(const std::string& reason) const {

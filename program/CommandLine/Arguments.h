@@ -36,16 +36,20 @@ class Arguments {
   CLI::Option& DeclareFlag(const char* names, const char* description, bool& isGiven,
                            const std::string& group = "");
   void DeclareLanguage();
+  void DeclareColor();
 
   // The value of an option that may be absent.
   std::optional<std::string> ValueOf(const std::string& option, const std::string& value) const;
   // The language that --lang names. It goes into the document, so it must look like one. Throws
   // Failure.
   std::optional<std::string> Language() const;
+  // When to write in colour. Throws Failure where --color is none of its values.
+  ColorWhen Color() const;
 
  private:
   CLI::App& command_;
   std::string language_;
+  std::string color_ = "auto";
 };
 
 // Make the arguments of each command.

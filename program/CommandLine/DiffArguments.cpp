@@ -19,7 +19,9 @@ class DiffArguments : public Arguments {
   explicit DiffArguments(CLI::App& program) : Arguments(program, "diff", kDescription, kExamples) {
     DeclareFile("OLD", "The one codebook, or OLD#ID", options_.before);
     DeclareFile("NEW", "The other codebook, or NEW#ID", options_.now);
+    DeclareFlag("-q,--quiet", "Print nothing: the exit status tells", options_.isQuiet);
     DeclareFlag("--json", "Print the difference as JSON", options_.json);
+    DeclareColor();
     DeclareLanguage();
   }
 
@@ -28,6 +30,7 @@ class DiffArguments : public Arguments {
     if (options.before.empty()) Refuse("OLD is empty: name a file");
     if (options.now.empty()) Refuse("NEW is empty: name a file");
     options.language = Language();
+    options.color = Color();
     return options;
   }
 

@@ -15,6 +15,7 @@ class ShowArguments : public Arguments {
   explicit ShowArguments(CLI::App& program) : Arguments(program, "show", kDescription, kExamples) {
     DeclareFile("FILE", "The codebook, or FILE#ID", options_.file);
     DeclareFlag("--json", "Print the dictionary as JSON", options_.json);
+    DeclareColor();
     DeclareLanguage();
   }
 
@@ -22,6 +23,7 @@ class ShowArguments : public Arguments {
     ShowOptions options = options_;
     if (options.file.empty()) Refuse("FILE is empty: name a file");
     options.language = Language();
+    options.color = Color();
     return options;
   }
 

@@ -85,6 +85,12 @@ void AppendCharacter(std::string& text, int code) {
   text.append(reinterpret_cast<const char*>(bytes), length);
 }
 
+std::size_t ColumnsOf(int code) {
+  const bool isPlain = code < 0x300 && code != 0xAD;  // as most are; no control character is wide
+  if (isPlain) return 1;
+  return static_cast<std::size_t>(std::max(0, utf8proc_charwidth(code)));
+}
+
 bool IsLetter(int code) {
   switch (utf8proc_category(code)) {
     case UTF8PROC_CATEGORY_LU:

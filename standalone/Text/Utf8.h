@@ -23,6 +23,10 @@ Character CharacterAt(std::string_view text, std::size_t position);
 // Adds a character by its code. REQUIRES: the code of a character.
 void AppendCharacter(std::string& text, int code);
 
+// The columns of a terminal that a character takes: 2 for wide ones, 0 for marks, which stand over
+// the character before. A byte that is no character, and a control character, takes one.
+std::size_t ColumnsOf(int code);
+
 // Whether a character is a letter of any script, or a mark that belongs to the letter before it.
 bool IsLetter(int code);
 bool IsMark(int code);
