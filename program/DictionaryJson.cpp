@@ -1,6 +1,6 @@
 #include "program/DictionaryJson.h"
 
-#include <cstddef>
+#include <numeric>
 
 #include "program/JsonStream.h"
 #include "program/PropertyJson.h"
@@ -34,10 +34,19 @@ Json VariableJson(const velahost::Variable& variable,
 void WriteDictionaryJson(const velahost::Dictionary& dictionary,
                          const velahost::DocumentationLookup& documentation,
                          const velahost::ByteSink& sink) {
+  std::vector<std::size_t> all(dictionary.variables.size());
+  std::iota(all.begin(), all.end(), 0);
+  WriteDictionaryJson(dictionary, all, documentation, sink);
+}
+
+void WriteDictionaryJson(const velahost::Dictionary& dictionary,
+                         const std::vector<std::size_t>& columns,
+                         const velahost::DocumentationLookup& documentation,
+                         const velahost::ByteSink& sink) {
   JsonStream json(sink);
   json.Member("file", FileJson(dictionary));
   json.BeginArray("variables");
-  for (std::size_t column = 0; column < dictionary.variables.size(); ++column) {
+  for (const std::size_t column : columns) {
     json.Element(VariableJson(*dictionary.variables[column], documentation(column)));
   }
   json.EndArray();

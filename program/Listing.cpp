@@ -79,6 +79,8 @@ std::string Pad(std::string_view text, std::size_t width) {
   return padded;
 }
 
+std::string Bold(std::string_view text) { return kBold + std::string(text) + kPlain; }
+
 std::string CountText(std::size_t count) {
   std::string text = std::to_string(count);
   for (std::size_t i = text.size(); i > 3; i -= 3) text.insert(i - 3, ",");
@@ -91,7 +93,7 @@ Listing::Listing(Page page, velahost::ByteSink sink, std::size_t nameWidth, Text
 void Listing::Title(std::string_view text) {
   for (const std::string& line :
        page_.width ? Fold(text, *page_.width) : std::vector{std::string(text)}) {
-    Put((page_.hasColor ? kBold + line + kPlain : line) + "\n");
+    Put((page_.hasColor ? Bold(line) : line) + "\n");
   }
 }
 
@@ -128,6 +130,13 @@ void Listing::List(std::string_view start, const std::vector<std::string>& texts
 
 void Listing::Item(std::string_view name, std::string_view text) {
   Write(name, nameWidth_, "", Mark::None, text);
+}
+
+void Listing::Items(std::string_view name, const std::vector<std::string>& texts) {
+  for (const std::string& text : texts) {
+    Item(name, text);
+    name = "";
+  }
 }
 
 void Listing::Marked(Mark mark, std::string_view text) { Write("", 0, SignOf(mark), mark, text); }

@@ -23,6 +23,9 @@ std::string Cut(std::string_view text, std::size_t width);
 // The text with blanks behind it up to so many columns.
 std::string Pad(std::string_view text, std::size_t width);
 
+// The text in bold type.
+std::string Bold(std::string_view text);
+
 // A whole number for people to read: 19,990.
 std::string CountText(std::size_t count);
 
@@ -46,8 +49,10 @@ class Listing {
   // folded, between texts. Continued lines are indented.
   void Line(std::string_view text);
   void List(std::string_view start, const std::vector<std::string>& texts, std::string_view end);
-  // An item; the name is empty for a further text of the one before.
+  // An item; and one of several texts, whose name stands before the first. An item without a text
+  // is not listed.
   void Item(std::string_view name, std::string_view text);
+  void Items(std::string_view name, const std::vector<std::string>& texts);
   // A text with a sign before it, without a name.
   void Marked(Mark mark, std::string_view text);
   // An item of a difference, with a sign before its text.

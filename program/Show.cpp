@@ -1,57 +1,36 @@
 #include "program/Show.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <iterator>
+#include <cstddef>
+#include <numeric>
 #include <vector>
 
 #include "program/DictionaryJson.h"
+#include "program/DictionaryTable.h"
+#include "program/Listing.h"
 #include "program/Output.h"
 #include "program/PropertyText.h"
-#include "standalone/Codebook/CodebookFile.h"
+#include "program/Terminal.h"
 #include "standalone/Text/Message.h"
-#include "standalone/Text/Numbers.h"
-#include "standalone/Text/Utf8.h"
 
 namespace applydic {
 namespace {
 
+using velahost::ByteSink;
+using velahost::CodebookFile;
 using velahost::Dictionary;
-using velahost::Text;
+using velahost::Property;
+using velahost::Variable;
 
-// Lines of a name, in a column of its own, and a text. An item of several texts has its name on the
-// first of its lines.
-class Listing {
- public:
-  void Title(const std::string& text) { fmt::format_to(End(), "{}\n", text); }
-
-  void Item(const char* name, const std::string& text) {
-    fmt::format_to(End(), "  {:<16}{}\n", name, text);
-  }
-
-  void Items(const char* name, const std::vector<std::string>& texts) {
-    for (const std::string& text : texts) {
-      Item(name, text);
-      name = "";
-    }
-  }
-
-  const std::string& Text() const { return text_; }
-
- private:
-  std::back_insert_iterator<std::string> End() { return std::back_inserter(text_); }
-
-  std::string text_;
-};
+constexpr std::size_t kNameWidth = 16;
 
 void ListFile(const Dictionary& dictionary, Listing& listing) {
   const velahost::FileItems& file = dictionary.file;
   listing.Title("File");
   if (file.label) listing.Item("label", MakeVisible(*file.label));
-  for (const Text& document : file.documents) listing.Items("document", LineTexts(document));
+  for (const velahost::Text& document : file.documents) {
+    listing.Items("document", LineTexts(document));
+  }
   if (const auto weight = NameText(dictionary, file.weight)) listing.Item("weight", *weight);
   listing.Items("attributes", AttributeTexts(file.attributes));
   listing.Items("mrsets", SetTexts(dictionary, velahost::SetKind::MultipleResponse));
@@ -68,69 +47,130 @@ std::vector<std::string> ValueLabelTexts(const velahost::SharedValueLabels& set)
     values.push_back(LabelledValueText(pair, set->IsNumeric()));
     width = std::max(width, WidthOf(values.back()));
   }
-  const char* align = set->IsNumeric() ? "{:>{}}  {}" : "{:<{}}  {}";
   for (std::size_t i = 0; i < set->Size(); ++i) {
-    texts.push_back(
-        fmt::format(fmt::runtime(align), values[i], width, MakeVisible((*set)[i].label)));
+    const std::string blanks(width - WidthOf(values[i]), ' ');
+    texts.push_back((set->IsNumeric() ? blanks + values[i] : values[i] + blanks) + "  " +
+                    MakeVisible((*set)[i].label));
   }
   return texts;
 }
 
-std::string FormatsText(const velahost::Variable& variable) {
-  std::string text = variable.print ? TextOf(*variable.print) : "";
+std::string FormatsText(const Variable& variable) {
+  std::string text = PropertyText(variable, Property::Print).value_or("");
   if (!variable.write || variable.print == variable.write) return text;
   if (!text.empty()) text += ", ";
-  return text + "write " + TextOf(*variable.write);
+  return text + "write " + *PropertyText(variable, Property::Write);
 }
 
-// Leaves out properties that are absent or have their default.
-void ListVariable(const velahost::Variable& variable,
-                  const std::vector<velahost::DocumentationText>& documentation, Listing& listing) {
-  const std::string type = TypeText(variable);
-  listing.Title("\n" + MakeVisible(variable.name) + "  (" + type + ")");
-  if (variable.label) listing.Item("label", MakeVisible(*variable.label));
-  listing.Items("value labels", ValueLabelTexts(variable.valueLabels));
-  if (!variable.missing.Empty()) listing.Item("missing values", MissingText(variable.missing));
+// The value of a property that is not the one which every variable has that states none.
+std::optional<std::string> StatedText(const Variable& variable, Property property) {
+  if (property == Property::Role && variable.role == velahost::Role::Input) return std::nullopt;
+  const bool isDefault = variable.alignment == velahost::DefaultAlignment(variable.type);
+  if (property == Property::Alignment && isDefault) return std::nullopt;
+  return PropertyText(variable, property);
+}
+
+// Leaves out properties that are absent or have their default. documentation is what is listed of
+// what documents the variable.
+void ListVariable(const Variable& variable,
+                  const std::vector<velahost::DocumentationText>& documentation,
+                  velahost::DocumentationSet kinds, Listing& listing) {
+  listing.Title(MakeVisible(variable.name) + "  (" + TypeText(variable) + ")");
+  const auto item = [&](Property property) {
+    const auto text = StatedText(variable, property);
+    if (text) listing.Item(TitleOf(property), *text);
+  };
+  item(Property::Label);
+  listing.Items(TitleOf(Property::ValueLabels), ValueLabelTexts(variable.valueLabels));
+  item(Property::Missing);
   if (variable.print || variable.write) listing.Item("format", FormatsText(variable));
-  if (variable.columnWidth != 0) {
-    listing.Item("column width", std::to_string(variable.columnWidth));
-  }
-  if (const char* level = NameOf(variable.level)) listing.Item("level", level);
-  if (variable.role != velahost::Role::Input) listing.Item("role", NameOf(variable.role));
-  if (variable.alignment != velahost::DefaultAlignment(variable.type)) {
-    listing.Item("alignment", NameOf(variable.alignment));
-  }
-  listing.Items("attributes", AttributeTexts(variable.attributes));
+  item(Property::ColumnWidth);
+  item(Property::Level);
+  item(Property::Role);
+  item(Property::Alignment);
+  listing.Items(TitleOf(Property::Attributes), AttributeTexts(variable.attributes));
   for (const velahost::DocumentationText& text : documentation) {
-    if (text.kind == velahost::Documentation::Question) {
-      listing.Item("question", MakeVisible(text.text));
+    if (kinds.Has(text.kind)) listing.Item(TitleOf(text.kind), MakeVisible(text.text));
+  }
+}
+
+void WriteListing(const Dictionary& dictionary, const velahost::DocumentationLookup& documentation,
+                  const ByteSink& sink) {
+  Listing listing({}, sink, kNameWidth);
+  velahost::DocumentationSet questions;
+  questions.Add(velahost::Documentation::Question);
+  ListFile(dictionary, listing);
+  for (std::size_t column = 0; column < dictionary.variables.size(); ++column) {
+    listing.BlankLine();
+    ListVariable(*dictionary.variables[column], documentation(column), questions, listing);
+  }
+}
+
+// Lists variables with all that the codebook has of them.
+void WriteInFull(const CodebookFile& file, const std::vector<std::size_t>& columns,
+                 const Page& page, const ByteSink& sink) {
+  Listing listing(page, sink, kNameWidth);
+  for (const std::size_t column : columns) {
+    if (listing.LineCount() > 0) listing.BlankLine();
+    ListVariable(*file.dictionary.variables[column], DocumentationTexts(file, column),
+                 velahost::DocumentationSet::All(), listing);
+  }
+}
+
+void WriteTable(const Dictionary& dictionary, const Page& page, const ByteSink& sink) {
+  Listing listing(page, sink, kNameWidth);
+  ListFile(dictionary, listing);
+  listing.BlankLine();
+  WriteDictionaryTable(dictionary, page, sink);
+}
+
+// The columns of the variables that the user names, as often as they are named. Throws Failure if
+// the file lacks any.
+std::vector<std::size_t> ColumnsOf(const std::vector<std::string>& names, const CodebookFile& file,
+                                   const std::string& specification) {
+  std::vector<std::size_t> columns;
+  std::vector<std::string> unknown;
+  for (const std::string& name : names) {
+    const int column = file.names.Find(name);
+    if (column >= 0) {
+      columns.push_back(static_cast<std::size_t>(column));
+    } else {
+      unknown.push_back(name);
     }
   }
+  if (unknown.empty()) return columns;
+  throw Failure(specification + " has no variable " + JoinVisible(unknown) + "; 'applydic show " +
+                specification + "' lists those that it has.");
+}
+
+void WriteDictionary(const CodebookFile& file, const std::vector<std::size_t>& columns,
+                     const ShowOptions& options, const ByteSink& sink) {
+  const Dictionary& dictionary = file.dictionary;
+  const bool isAll = options.variables.empty();
+  if (options.json && isAll) return WriteDictionaryJson(dictionary, DocumentationIn(file), sink);
+  if (options.json) return WriteDictionaryJson(dictionary, columns, DocumentationIn(file), sink);
+  const Page page = PageOfOutput(options.color);
+  if (!isAll) return WriteInFull(file, columns, page, sink);
+  if (page.width) return WriteTable(dictionary, page, sink);
+  WriteListing(dictionary, DocumentationIn(file), sink);
 }
 
 }  // namespace
 
 std::string DictionaryText(const Dictionary& dictionary,
                            const velahost::DocumentationLookup& documentation) {
-  Listing listing;
-  ListFile(dictionary, listing);
-  for (std::size_t column = 0; column < dictionary.variables.size(); ++column) {
-    ListVariable(*dictionary.variables[column], documentation(column), listing);
-  }
-  return listing.Text();
+  std::string text;
+  WriteListing(dictionary, documentation, [&text](std::string_view piece) { text += piece; });
+  return text;
 }
 
 ExitStatus RunShow(const ShowOptions& options) {
-  const velahost::CodebookFile file =
+  const CodebookFile file =
       velahost::OpenCodebook(options.file, velahost::OpenFor::Showing, options.language);
+  const std::vector<std::size_t> columns = ColumnsOf(options.variables, file, options.file);
   for (const velahost::Message& warning : file.warnings) WriteWarning(velahost::Render(warning));
-  WriteForReader(Stream::Output, [&](const velahost::ByteSink& sink) {
-    if (options.json) {
-      WriteDictionaryJson(file.dictionary, DocumentationIn(file), sink);
-    } else {
-      sink(DictionaryText(file.dictionary, DocumentationIn(file)));
-    }
-  });
+  WriteForReader(Stream::Output,
+                 [&](const ByteSink& sink) { WriteDictionary(file, columns, options, sink); });
   return kDone;
 }
 

@@ -16,6 +16,11 @@ void Arguments::DeclareFile(const char* name, const char* description, std::stri
   command_.add_option(name, path, description)->required()->type_name("");
 }
 
+void Arguments::DeclareNames(const char* name, const char* description,
+                             std::vector<std::string>& names) {
+  command_.add_option(name, names, description)->type_name("");
+}
+
 CLI::Option& Arguments::DeclareText(const char* names, const char* kind, const char* description,
                                     std::string& text, const std::string& group) {
   CLI::Option& option = *command_.add_option(names, text, description)->type_name(kind);

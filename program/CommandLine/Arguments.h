@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "program/CommandLine.h"
 
@@ -31,6 +32,7 @@ class Arguments {
   // Declare to the parser; options in a group, if one is named. What is set lives as long as this
   // object.
   void DeclareFile(const char* name, const char* description, std::string& path);
+  void DeclareNames(const char* name, const char* description, std::vector<std::string>& names);
   CLI::Option& DeclareText(const char* names, const char* kind, const char* description,
                            std::string& text, const std::string& group = "");
   CLI::Option& DeclareFlag(const char* names, const char* description, bool& isGiven,
