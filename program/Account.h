@@ -1,30 +1,14 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <vector>
 
+#include "program/Outcome.h"
 #include "program/Terminal.h"
-#include "standalone/Codebook/CodebookFile.h"
-#include "standalone/Dictionary/Changes.h"
-#include "standalone/Dictionary/Dictionary.h"
 #include "standalone/Files/File.h"
 #include "standalone/Syntax/Diagnostics.h"
 
 namespace applydic {
-
-// The result of a run that reported no error.
-struct Outcome {
-  const velahost::CodebookFile& working;  // as it was read; it outlives this object
-  velahost::Dictionary dictionary;        // as it is now
-  velahost::Changes changes;              // since it was read
-  // The names of variables, each list in the order of its file: those of sources that found no
-  // namesake, and those of the working file that no command reached (see velahost::Reach).
-  std::vector<std::string> notPaired;
-  std::vector<std::string> notReached;
-  // The path to which the codebook is written; nothing for a dry run.
-  std::optional<std::string> written;
-};
 
 // How much an account tells.
 struct AccountStyle {

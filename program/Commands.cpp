@@ -1,0 +1,51 @@
+#include "program/Commands.h"
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "program/Failure.h"
+
+namespace applydic {
+namespace {
+
+// The most that a syntax file may have: a pipe or a device may have no end.
+constexpr std::size_t kMostMegabytes = 16;
+
+std::string ReadSyntax(const std::string& path) {
+  const bool isInput = path == "-";
+  const std::string name = isInput ? "standard input" : path;
+  const auto closeFile = [](std::FILE* file) {
+    if (file != stdin) std::fclose(file);
+  };
+  const std::unique_ptr<std::FILE, decltype(closeFile)> file(
+      isInput ? stdin : std::fopen(path.c_str(), "rbe"), closeFile);
+  std::string text;
+  std::array<char, 1 << 16> buffer;
+  while (file != nullptr) {
+    const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get());
+    text.append(buffer.data(), count);
+    if (text.size() > kMostMegabytes << 20) {
+      throw Failure("Cannot read commands from " + name + ": it has more than " +
+                    std::to_string(kMostMegabytes) +
+                    " MB; give the commands in several smaller files.");
+    }
+    if (count < buffer.size()) break;
+  }
+  if (file == nullptr || std::ferror(file.get()) != 0) {
+    throw Failure("Cannot read commands from " + name + ": " + std::strerror(errno) +
+                  "; give a file of commands after --syntax, or a command after --command.");
+  }
+  return text;
+}
+
+}  // namespace
+
+std::vector<velahost::Command> ReadCommands(const CommandOrigin& origin) {
+  return velahost::SplitCommands(origin.command ? *origin.command : ReadSyntax(*origin.syntaxFile));
+}
+
+}  // namespace applydic
