@@ -8,6 +8,7 @@
 #include "backend/ApplyDictionary/Parse.h"
 #include "host/Data.h"
 #include "host/Dictionary.h"
+#include "host/EntryPoint.h"
 #include "host/Exceptions.h"
 #include "host/Files.h"
 #include "host/Output.h"
@@ -53,10 +54,6 @@ void Run(ApplyDictionarySpec& record, BpProcedure& procedure, VELA_FortranDictio
 
 }  // namespace
 
-// Runs one APPLY DICTIONARY command, which the host has read. The host calls it once per command,
-// with an active dictionary; everything of the run is released when it returns. An ErrorText that
-// the host throws while the frame is open is reported and ends the run; any other exception passes
-// on to the host, as does an ErrorText of the report itself. What was changed before stays changed.
 extern "C" void applydic_() {
   // Released in reverse order: the context before an error is reported, then the source file, the
   // frame and the record.
