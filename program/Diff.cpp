@@ -11,6 +11,7 @@
 #include "program/JsonStream.h"
 #include "program/Listing.h"
 #include "program/Output.h"
+#include "program/Progress.h"
 #include "program/PropertyText.h"
 #include "program/Terminal.h"
 #include "standalone/Codebook/CodebookFile.h"
@@ -37,6 +38,8 @@ struct Files {
 // Opens both at the same time: the old one in the language that the new one seems to have, and once
 // more in the rare case that it has another.
 Files OpenBoth(const DiffOptions& options) {
+  const Progress::Stage stage("Reading " + MakeVisible(options.before) + " and " +
+                              MakeVisible(options.now));
   velahost::CodebookBytes bytes = velahost::ReadCodebook(options.now);
   const std::string guess = options.language.value_or(bytes.GuessLanguage());
   std::future<CodebookFile> reading = std::async(Open, options.before, guess);
@@ -45,6 +48,11 @@ Files OpenBoth(const DiffOptions& options) {
   CodebookFile before = reading.get();
   if (now.language != guess) before = Open(options.before, now.language);
   return {std::move(before), std::move(now)};
+}
+
+Difference Compare(const Files& files) {
+  const Progress::Stage stage("Comparing variables");
+  return DifferenceBetween(files.before, files.now);
 }
 
 std::vector<std::string> NamesAt(const Dictionary& dictionary,
@@ -131,7 +139,7 @@ ExitStatus RunDiff(const DiffOptions& options) {
       WriteWarning(velahost::Render(warning));
     }
   }
-  const Difference difference = DifferenceBetween(files.before, files.now);
+  const Difference difference = Compare(files);
   if (!options.isQuiet) Write(options, difference, files);
   return difference.Empty() ? kDone : kDifferent;
 }

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "program/Failure.h"
+#include "program/Progress.h"
 #include "standalone/Text/Utf8.h"
 
 namespace applydic {
@@ -31,6 +32,7 @@ bool WriteAll(int descriptor, std::string_view text) {
 }
 
 void WriteLine(const char* kind, std::string_view message) {
+  const Progress::Pause pause;
   WriteAll(STDERR_FILENO, fmt::format("applydic: {}: {}\n", kind, MakeVisible(message)));
 }
 

@@ -9,6 +9,7 @@
 
 #include "program/Failure.h"
 #include "program/Output.h"
+#include "program/Progress.h"
 #include "standalone/Files/SaveFile.h"
 #include "standalone/Syntax/Diagnostics.h"
 
@@ -54,6 +55,7 @@ std::vector<std::string> Strings(const std::vector<velahost::Text>& texts) {
 Run::Run(velahost::Host& host, const std::string& working, std::vector<velahost::Command> commands,
          const std::optional<std::string>& language)
     : host_(host), commands_(std::move(commands)) {
+  const Progress::Stage stage("Reading " + MakeVisible(working));
   velahost::CodebookBytes bytes = velahost::ReadCodebook(working);
   sources_ = std::make_shared<SourceReader>(commands_.front(),
                                             language ? *language : bytes.GuessLanguage());
@@ -73,7 +75,11 @@ void Run::SetDestination(Destination destination) {
 std::optional<Outcome> Run::RunCommands(EntryPoint applyDictionary) {
   DiagnosticsWriter diagnostics(host_.diagnostics);
   diagnostics.WriteNew();
+  const bool isOne = commands_.size() == 1;
+  Progress::Stage stage(isOne ? "Pairing variables" : "Applying command",
+                        isOne ? Progress::Count::Time : Progress::Count::Items, commands_.size());
   for (velahost::Command& command : commands_) {
+    stage.Advance(1);
     host_.SetCommand(std::move(command));
     Call(applyDictionary, host_.diagnostics);
     diagnostics.WriteNew();
@@ -84,8 +90,15 @@ std::optional<Outcome> Run::RunCommands(EntryPoint applyDictionary) {
 
 void Run::Write(const Outcome& outcome) const {
   RefuseSource();
-  const auto write = [&outcome](const velahost::ByteSink& sink) {
-    velahost::WriteCodebook(outcome.working, outcome.dictionary, outcome.changes, sink);
+  const std::string what =
+      destination_.path ? "Writing " + MakeVisible(*destination_.path) : "Trying to write";
+  Progress::Stage stage(what, Progress::Count::Bytes);
+  const auto write = [&](const velahost::ByteSink& sink) {
+    velahost::WriteCodebook(outcome.working, outcome.dictionary, outcome.changes,
+                            [&](std::string_view bytes) {
+                              sink(bytes);
+                              stage.Advance(bytes.size());
+                            });
   };
   if (!destination_.path) return write([](std::string_view) {});
   if (destination_.isStandardOutput) return write(WriteOutput);

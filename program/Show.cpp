@@ -9,6 +9,7 @@
 #include "program/DictionaryTable.h"
 #include "program/Listing.h"
 #include "program/Output.h"
+#include "program/Progress.h"
 #include "program/PropertyText.h"
 #include "program/Terminal.h"
 #include "standalone/Text/Message.h"
@@ -155,6 +156,11 @@ void WriteDictionary(const CodebookFile& file, const std::vector<std::size_t>& c
   WriteListing(dictionary, DocumentationIn(file), sink);
 }
 
+CodebookFile Open(const ShowOptions& options) {
+  const Progress::Stage stage("Reading " + MakeVisible(options.file));
+  return velahost::OpenCodebook(options.file, velahost::OpenFor::Showing, options.language);
+}
+
 }  // namespace
 
 std::string DictionaryText(const Dictionary& dictionary,
@@ -165,8 +171,7 @@ std::string DictionaryText(const Dictionary& dictionary,
 }
 
 ExitStatus RunShow(const ShowOptions& options) {
-  const CodebookFile file =
-      velahost::OpenCodebook(options.file, velahost::OpenFor::Showing, options.language);
+  const CodebookFile file = Open(options);
   const std::vector<std::size_t> columns = ColumnsOf(options.variables, file, options.file);
   for (const velahost::Message& warning : file.warnings) WriteWarning(velahost::Render(warning));
   WriteForReader(Stream::Output,

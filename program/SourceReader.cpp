@@ -3,6 +3,8 @@
 #include <optional>
 #include <utility>
 
+#include "program/Output.h"
+#include "program/Progress.h"
 #include "standalone/Syntax/Subcommands.h"
 
 namespace applydic {
@@ -25,6 +27,7 @@ SourceReader::SourceReader(const velahost::Command& first, std::string language)
 velahost::CodebookFile SourceReader::Open(const std::string& specification,
                                           const std::string& language) {
   const bool isFirst = reading_.valid() && specification == first_ && language == firstLanguage_;
+  const Progress::Stage stage("Reading " + MakeVisible(specification));
   velahost::CodebookFile file = isFirst ? reading_.get() : OpenToRead(specification, language);
   opened_.push_back(file.identity);
   return file;

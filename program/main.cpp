@@ -12,6 +12,7 @@
 #include "program/Diff.h"
 #include "program/Failure.h"
 #include "program/Output.h"
+#include "program/Progress.h"
 #include "program/Show.h"
 
 namespace applydic {
@@ -65,8 +66,10 @@ int main(int argc, char** argv) {
   applydic::IgnoreSignalsOfWriting();
   applydic::KeepStandardStreams();
   try {
+    const applydic::Request request = applydic::ReadCommandLine(argc, argv);
+    const applydic::Progress progress;
     velahost::Host host;
-    const int status = applydic::Run(applydic::ReadCommandLine(argc, argv), host);
+    const int status = applydic::Run(request, host);
     // Everything is written. To take the host's dictionaries apart piece by piece would only give
     // back memory that the system takes back at once.
     std::_Exit(status);
