@@ -117,6 +117,12 @@ void CheckSaving(const Hosted& hosted, bool changed, const velahost::CodebookFil
   EXPECT_EQ(WithSortedSets(hosted.Json()).dump(1),
             WithSortedSets(DictionaryJson(saved.dictionary)).dump(1))
       << document;
+  // What has been brought to a variable is told as it will be read.
+  const velahost::CodebookFile& working = hosted.host.WorkingFile();
+  const velahost::Dictionary now = hosted.host.WorkingDictionary();
+  for (std::size_t i = 0; i < working.dictionary.variables.size(); ++i) {
+    EXPECT_EQ(DocumentationTexts(working, i, *now.variables[i]), DocumentationTexts(saved, i));
+  }
 }
 
 // Runs a case through the library's entry point on a host of its own.
