@@ -70,10 +70,16 @@ Progress::Progress() {
     return;  // the work is done without
   }
   current = this;
+  // A process that is forked has no such thread; what it does is not shown.
+  pthread_atfork(nullptr, nullptr, [] { current = nullptr; });
 }
 
 Progress::~Progress() {
   if (!painter_.joinable()) return;
+  if (current != this) {
+    painter_.detach();
+    return;
+  }
   {
     const std::lock_guard lock(mutex_);
     ends_ = true;
