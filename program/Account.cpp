@@ -30,7 +30,10 @@ Json DiagnosticJson(const velahost::Diagnostic& diagnostic) {
           {"show", diagnostic.show},
           {"text", diagnostic.message.text},
           {"arguments", diagnostic.message.arguments},
-          {"message", diagnostic.shown}};
+          {"message", diagnostic.shown},
+          {"line", diagnostic.place ? Json(diagnostic.place->line) : Json(nullptr)},
+          {"column", diagnostic.place ? Json(diagnostic.place->column) : Json(nullptr)},
+          {"advice", diagnostic.advice}};
 }
 
 }  // namespace

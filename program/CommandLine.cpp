@@ -8,6 +8,7 @@
 
 #include "program/CommandLine/Arguments.h"
 #include "program/Failure.h"
+#include "standalone/Text/Suggestion.h"
 
 namespace applydic {
 namespace {
@@ -57,7 +58,7 @@ class CommandLine {
       for (const auto& command : commands_) {
         if (command->Given()) command->Refuse(error.what());
       }
-      throw Failure(std::string(error.what()) + "; see 'applydic --help'.");
+      RefuseCommand(argc, argv, error.what());
     }
     // The parser required one.
     const auto given = std::find_if(commands_.begin(), commands_.end(),
@@ -66,6 +67,27 @@ class CommandLine {
   }
 
  private:
+  // The first argument is no command, or there is none.
+  [[noreturn]] void RefuseCommand(int argc, const char* const* argv,
+                                  const std::string& reason) const {
+    constexpr const char* kHelp = "see 'applydic --help'.";
+    if (argc < 2 || argv[1][0] == '-') throw Failure(reason + "; " + kHelp);
+    const std::string first = argv[1];
+    std::vector<std::string> names;
+    for (const CLI::App* command : program_.get_subcommands({})) {
+      names.push_back(command->get_name());
+    }
+    const std::string_view nearest = velahost::Nearest(first, {names.begin(), names.end()});
+    if (!nearest.empty()) {
+      throw Failure("There is no command '" + first + "'. Did you mean '" + std::string(nearest) +
+                    "'? Else " + kHelp);
+    }
+    const bool isFile = first.find_first_of("./#") != std::string::npos;
+    const std::string advice =
+        isFile ? "Name a command first, as in 'applydic show " + first + "'; " : "";
+    throw Failure("There is no command '" + first + "'. " + advice + kHelp);
+  }
+
   CLI::App program_;
   std::vector<std::unique_ptr<Arguments>> commands_;  // in the order of the help
 };

@@ -6,14 +6,33 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
+#include <string_view>
 
 #include "program/Failure.h"
+#include "standalone/Files/FileKind.h"
 
 namespace applydic {
 namespace {
 
 // The most that a syntax file may have: a pipe or a device may have no end.
 constexpr std::size_t kMostMegabytes = 16;
+
+// Throws Failure where a text is plainly no text of commands: each of its characters would be an
+// error of its own.
+void RequireCommands(const std::string& name, std::string_view text) {
+  const std::string_view first = text.substr(0, 4096);
+  const std::optional<std::string> kind = velahost::KindOfOther(first);
+  if (!kind) {
+    throw Failure("Cannot read commands from " + name +
+                  ": this is a codebook or another XML document; name a codebook as WORKING, or in "
+                  "a command after FROM.");
+  }
+  if (first.find('\0') != std::string_view::npos) {
+    throw Failure("Cannot read commands from " + name + ": this is " + *kind +
+                  "; give a text file in UTF-8.");
+  }
+}
 
 std::string ReadSyntax(const std::string& path) {
   const bool isInput = path == "-";
@@ -39,6 +58,7 @@ std::string ReadSyntax(const std::string& path) {
     throw Failure("Cannot read commands from " + name + ": " + std::strerror(errno) +
                   "; give a file of commands after --syntax, or a command after --command.");
   }
+  RequireCommands(name, text);
   return text;
 }
 

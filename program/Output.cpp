@@ -4,11 +4,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
 #include "program/Failure.h"
+#include "program/MarkedLine.h"
 #include "program/Progress.h"
+#include "standalone/Syntax/Subcommands.h"
 #include "standalone/Text/Utf8.h"
 
 namespace applydic {
@@ -101,12 +104,27 @@ void WriteWarning(std::string_view message) { WriteLine("warning", message); }
 
 void WriteError(std::string_view message) { WriteLine("error", message); }
 
-void WriteDiagnostic(const velahost::Diagnostic& diagnostic) {
+void WriteFileError(const velahost::FileError& error) {
+  WriteError(error.what());
+  if (error.line.empty()) return;
+  WriteAll(STDERR_FILENO, MarkedLine(error.line, {1, static_cast<int>(error.column)}));
+}
+
+void WriteDiagnostic(const velahost::Diagnostic& diagnostic, const velahost::Command& command) {
   if (diagnostic.level >= velahost::Severity::Error) {
     WriteError(diagnostic.shown);
   } else {
     WriteWarning(diagnostic.shown);
   }
+  std::string below;
+  const bool hasPassword =
+      std::any_of(command.tokens.begin(), command.tokens.end(), velahost::IsPasswordKeyword);
+  if (diagnostic.place && command.text && !hasPassword) {
+    below = MarkedLine(*command.text, *diagnostic.place);
+  }
+  if (!diagnostic.advice.empty()) below += "  " + MakeVisible(diagnostic.advice) + "\n";
+  const Progress::Pause pause;
+  WriteAll(STDERR_FILENO, below);
 }
 
 std::string MakeVisible(std::string_view text) {

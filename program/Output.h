@@ -9,6 +9,7 @@
 
 #include "standalone/Files/File.h"
 #include "standalone/Syntax/Diagnostics.h"
+#include "standalone/Syntax/Tokenizer.h"
 
 namespace applydic {
 
@@ -31,8 +32,12 @@ bool IsStandardOutput(const std::string& path);
 // with control characters made visible. Ignore failures: there is nowhere else to report them.
 void WriteWarning(std::string_view message);
 void WriteError(std::string_view message);
-// Does the same for a diagnostic of a run: an error from level 3 on, else a warning.
-void WriteDiagnostic(const velahost::Diagnostic& diagnostic);
+// Does the same for an error of a file, with the line that it is about below it.
+void WriteFileError(const velahost::FileError& error);
+// Does the same for a diagnostic of a run: an error from level 3 on, else a warning. Below it stand
+// the line of the commands that it is about, with a mark under the place, unless the line may have
+// a password, and the advice.
+void WriteDiagnostic(const velahost::Diagnostic& diagnostic, const velahost::Command& command);
 
 // Makes a text safe for one line of a terminal: spells control characters, line separators,
 // characters that change the direction of writing and bytes that are no character with a backslash.

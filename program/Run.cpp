@@ -19,16 +19,17 @@ namespace {
 // Writes the diagnostics of a run to standard error, each one once.
 class DiagnosticsWriter {
  public:
-  explicit DiagnosticsWriter(const velahost::Diagnostics& diagnostics)
-      : diagnostics_(diagnostics) {}
+  explicit DiagnosticsWriter(const velahost::Host& host) : host_(host) {}
 
   void WriteNew() {
-    const std::vector<velahost::Diagnostic>& all = diagnostics_.All();
-    for (; written_ < all.size(); ++written_) WriteDiagnostic(all[written_]);
+    const std::vector<velahost::Diagnostic>& all = host_.diagnostics.All();
+    for (; written_ < all.size(); ++written_) {
+      WriteDiagnostic(all[written_], host_.CurrentCommand());
+    }
   }
 
  private:
-  const velahost::Diagnostics& diagnostics_;
+  const velahost::Host& host_;
   std::size_t written_ = 0;
 };
 
@@ -73,7 +74,7 @@ void Run::SetDestination(Destination destination) {
 }
 
 std::optional<Outcome> Run::RunCommands(EntryPoint applyDictionary) {
-  DiagnosticsWriter diagnostics(host_.diagnostics);
+  DiagnosticsWriter diagnostics(host_);
   diagnostics.WriteNew();
   const bool isOne = commands_.size() == 1;
   Progress::Stage stage(isOne ? "Pairing variables" : "Applying command",

@@ -14,6 +14,7 @@
 #include "program/Output.h"
 #include "program/Progress.h"
 #include "program/Show.h"
+#include "standalone/Files/File.h"
 
 namespace applydic {
 namespace {
@@ -75,6 +76,8 @@ int main(int argc, char** argv) {
     std::_Exit(status);
   } catch (const std::bad_alloc&) {
     applydic::WriteError("There is not enough memory.");
+  } catch (const velahost::FileError& error) {
+    applydic::WriteFileError(error);
   } catch (const std::exception& exception) {
     applydic::WriteError(exception.what());
   }

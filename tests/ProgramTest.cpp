@@ -83,11 +83,15 @@ TEST_F(Program, RefusesWrongUsageAndWhatItCannotReadOrWrite) {
       {"apply -c \"FROM *\" --json -o folder w.xml", "Cannot write folder: this is a folder"},
       {"apply -c \"FROM *\" -o none/o.xml w.xml", "make the folder first"},
       {"apply -c \"FROM *\" -o /dev/null w.xml", "this is not a regular file"},
-      {"apply -c \"FROM 's.xml' /VARINFO LEVEL\" --json -o ./folder/../s.xml w.xml",
+      {"apply -c \"FROM 's.xml' /FILEINFO /VARINFO LEVEL\" --json -o ./folder/../s.xml "
+       "w.xml",
        "write to another file"},
-      {"apply -c \"FROM 's.xml' /VARINFO LEVEL\" -o hard.xml w.xml", "write to another file"},
-      {"apply -c \"FROM 'soft.xml' /VARINFO LEVEL\" -o s.xml w.xml", "write to another file"},
-      {"apply -c \"FROM 's.xml' /VARINFO LEVEL\" -o soft.xml w.xml", "write to another file"},
+      {"apply -c \"FROM 's.xml' /FILEINFO /VARINFO LEVEL\" -o hard.xml w.xml",
+       "write to another file"},
+      {"apply -c \"FROM 'soft.xml' /FILEINFO /VARINFO LEVEL\" -o s.xml w.xml",
+       "write to another file"},
+      {"apply -c \"FROM 's.xml' /FILEINFO /VARINFO LEVEL\" -o soft.xml w.xml",
+       "write to another file"},
       {"show none.xml", "none.xml: cannot be read"},
       {"show ++", "cannot be read: it has more than 4095 MB"},
       {"show --lang 'e n' s.xml", "--lang takes the code of a language"},
@@ -107,8 +111,9 @@ TEST_F(Program, RefusesWrongUsageAndWhatItCannotReadOrWrite) {
 
 TEST_F(Program, WritesNothingAfterAnError) {
   const std::size_t files = Files().size();
-  const char* const kFailing[] = {"FROM", "FROM 'none.xml'", "FROM 's.xml' /VARINFO VALLABELS=X",
-                                  "FROM 's.xml' /FRON", "FROM 's.xml' /SOURCE VARIABLES=zz"};
+  const char* const kFailing[] = {"FROM /VARINFO", "FROM 'none.xml'",
+                                  "FROM 's.xml' /VARINFO VALLABELS=X", "FROM 's.xml' /FRON",
+                                  "FROM 's.xml' /SOURCE VARIABLES=zz"};
   for (const std::string command : kFailing) {
     for (const char* to : {" -o o.xml", " -i", " -n"}) {
       EXPECT_EQ(Run("apply --json -c \"" + command + "\"" + to + " w.xml"), 1) << command;
@@ -126,12 +131,45 @@ TEST_F(Program, WritesNothingAfterAnError) {
   EXPECT_EQ(Files().size(), files + 1);
 }
 
+TEST_F(Program, SaysWhatToDoAboutMistakes) {
+  folder_.Write("bad.xml", "<codeBook>\n<dataDscr><var name='\xC3\xA9'></vr>");
+  folder_.Write("t.csv", "a,b\n1,2\n");
+  folder_.Write("z.gz", "\x1F\x8B\b");
+  const std::pair<std::string, std::string> kMistakes[] = {
+      {"apply -n w.xml -c \"FROM 's.xml' /VARINFO VALLABLES\"",
+       "\n  FROM 's.xml' /VARINFO VALLABLES\n                        ^\n  Did you mean "
+       "VALLABELS?\n"},
+      {"apply -n w.xml -c \"FROM 's.xml' /VARINF0\"", "Did you mean VARINFO?"},
+      {"apply -n w.xml -c \"FROM 's.xml' /SOURCE VARIABLES=zz\"", "of that name in s.xml.\n"},
+      {"apply -n w.xml -c \"FROM * /SOURCE VARIABLES=sz\"", "in w.xml. Did you mean s?"},
+      {"apply -n w.xml -c \"FROM * /SOURCE VARIABLES=a, s\"", "Separate names by blanks."},
+      {"apply -n w.xml -c \"FROM * /SOURCE VARIABLES=a VARINFO\"", "put a slash before it."},
+      {"apply -n w.xml -c \"FROM * /VARINFO\nFROM *\"", "end the one before with a period"},
+      {"apply -n w.xml -c \"* Note.\nFROM *\"", "A comment is written /* so */."},
+      {"apply -n w.xml -c \"FROM *\n /SOURCE a\"", "stand after VARIABLES=."},
+      {"apply -n w.xml -c \"FROM\n 'none.xml'\"", "\n   'none.xml'\n   ^\n"},
+      {"apply -n w.xml -c FROM", "put all of it in double quotes"},
+      {"apply -n w.xml -f s.xml", "this is a codebook or another XML document"},
+      {"apply -n w.xml -c \"FROM 's.xml' PASSWORD 'secret /X\"", "Write a quote inside a string"},
+      {"shwo s.xml", "Did you mean 'show'?"},
+      {"s.xml", "as in 'applydic show s.xml'"},
+      {"show t.csv", "this is no codebook, but a table of values"},
+      {"show z.gz", "a file compressed by gzip"},
+      {"show bad.xml", "\n  <dataDscr><var name='\xC3\xA9'></vr>\n                            ^\n"}};
+  for (const auto& [arguments, advice] : kMistakes) {
+    EXPECT_NE(Run(arguments), 0) << arguments;
+    EXPECT_NE(err_.find(advice), std::string::npos) << arguments << "\n" << err_;
+    EXPECT_EQ(err_.find("secret"), std::string::npos) << err_;
+  }
+}
+
 TEST_F(Program, TellsTheOutcomeAsJson) {
   EXPECT_EQ(Run("apply --json -c \"FROM 's.xml' /NEWVARS /FILEINFO ALL\" -o o.xml w.xml"), 0);
   EXPECT_EQ(Outcome(), nlohmann::json::parse(R"({
     "diagnostics": [{"level": 1, "show": 2,
       "text": "^1: Missing values not applied: some values too long...", "arguments": ["s"],
-      "message": "s: Missing values not applied: some values too long..."}],
+      "message": "s: Missing values not applied: some values too long...",
+      "line": null, "column": null, "advice": ""}],
     "changed": [{"variable": "a", "properties": ["label"],
                  "old": {"label": null}, "new": {"label": "L"}},
                 {"variable": "s", "properties": ["label"],
@@ -176,8 +214,11 @@ TEST_F(Program, RunsSeveralCommandsOnOneWorkingFile) {
                 ".\nAPP DIC\nFROM 's.xml'\n /SOURCE VARIABLES=N\n /TARGET VARIABLES=n.1 /NEWVARS.\n"
                 "FROM 's.xml' /VARINFO X.");
   EXPECT_EQ(Run("apply --json -f - -n w.xml <c.txt"), 1);
-  EXPECT_EQ(Outcome()["diagnostics"][0]["arguments"].back(), "23") << "a place in the whole file";
-  EXPECT_EQ(*(Outcome()["diagnostics"][0]["arguments"].end() - 2), "8");
+  EXPECT_EQ(Outcome()["diagnostics"].back()["line"], 8) << "a place in the whole file";
+  EXPECT_EQ(Outcome()["diagnostics"].back()["column"], 23);
+  EXPECT_NE(err_.find("\n  FROM 's.xml' /VARINFO X.\n                        ^\n"),
+            std::string::npos)
+      << err_;
   folder_.Write("c.txt", folder_.Read("c.txt").erase(folder_.Read("c.txt").rfind("FROM")));
   EXPECT_EQ(Run("apply --json -f c.txt -n w.xml"), 0) << err_;
   EXPECT_EQ(Outcome()["added"], nlohmann::json{"n.1"});

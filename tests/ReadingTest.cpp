@@ -50,7 +50,8 @@ std::string WithDefaults(int count) {
 
 const std::string kTwice = "<codeBook>\n<dataDscr><var name='a b'/>\r\n<var name='A  B'/>";
 const Opening kRefused[] = {
-    {"Empty", "", "PATH: line 1, column 1: no element found"},
+    {"Empty", "",
+     "PATH: this is no codebook, but an empty file: give a DDI Codebook document (XML)"},
     {"NotWellFormed", "<codeBook>\r\n\u00E9<a></b>", "PATH: line 2, column 7: mismatched tag"},
     {"Unfinished", "<codeBook>\n", "PATH: line 2, column 1: no element found"},
     {"InvalidUtf8", "<codeBook>\n\xFF</codeBook>",

@@ -1,4 +1,7 @@
+#include <string_view>
+
 #include "program/CommandLine/Arguments.h"
+#include "standalone/Syntax/Keywords.h"
 
 namespace applydic {
 namespace {
@@ -14,6 +17,12 @@ constexpr const char* kExamples =
     "Warnings and errors go to standard error, an account of what changed to standard output.\n"
     "Exit status: 0 done, warnings included; 1 an error was reported, nothing is written;\n"
     "2 wrong usage, or a file that cannot be read or written.";
+
+// Whether a command is what the shell leaves of one that was given without quotes.
+bool IsFirstWord(std::string_view command) {
+  const std::string capitals = velahost::Capitals(command);
+  return capitals == "FROM" || capitals == "APPLY";
+}
 
 class ApplyArguments : public Arguments {
  public:
@@ -54,6 +63,10 @@ class ApplyArguments : public Arguments {
       Refuse("Give at most one of --quiet, --verbose and --json");
     }
     if (options.working.empty()) Refuse("WORKING is empty: name a file");
+    if (options.command && IsFirstWord(*options.command)) {
+      Refuse("The command is '" + *options.command +
+             "' alone: put all of it in double quotes, as in -c \"FROM 'survey_2025.xml'\"");
+    }
     if (options.syntaxFile == "") Refuse("The name after --syntax is empty: name a file");
     if (options.output == "") Refuse("The name after --output is empty: name a file");
     if (options.output == "-") {

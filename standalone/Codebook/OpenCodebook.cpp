@@ -30,12 +30,24 @@ std::pair<std::string, std::optional<std::string>> SplitSpecification(
   return {specification.substr(0, hash), specification.substr(hash + 1)};
 }
 
+// Throws the error as one of the file, with its line.
+[[noreturn]] void Refuse(const std::string& path, std::string_view text, const XmlError& error) {
+  std::size_t begin = 0;
+  for (std::size_t line = 1; line < error.line && begin < text.size(); ++line) {
+    begin = std::min(text.find('\n', begin), text.size() - 1) + 1;
+  }
+  const std::string_view rest = error.line == 0 ? std::string_view() : text.substr(begin);
+  constexpr std::size_t kMostOfLine = 1 << 16;
+  const std::string_view line = rest.substr(0, kMostOfLine).substr(0, rest.find('\n'));
+  throw FileError(path + ": " + error.what(), std::string(line), error.column);
+}
+
 DocumentReading ReadNamed(const std::string& path, std::string_view text, OpenFor use,
                           const std::optional<std::string>& language) {
   try {
     return ReadDocument(text, use, language);
   } catch (const XmlError& error) {
-    throw FileError(path + ": " + error.what());
+    Refuse(path, text, error);
   }
 }
 
@@ -334,7 +346,7 @@ CodebookBytes ReadCodebook(const std::string& specification) {
     try {
       CheckStart(first);
     } catch (const XmlError& error) {
-      throw FileError(path + ": " + error.what());
+      Refuse(path, first, error);
     }
   });
   return {std::move(path), std::move(id), std::move(read)};

@@ -10,6 +10,7 @@
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Codebook/Labels.h"
 #include "standalone/Codebook/Reader.h"
+#include "standalone/Files/FileKind.h"
 #include "standalone/Xml/Parser.h"
 
 namespace velahost {
@@ -109,6 +110,9 @@ DocumentReading ReadIn(const std::string& language, std::string_view text, OpenF
 }  // namespace
 
 void CheckStart(std::string_view first) {
+  if (const auto what = KindOfOther(first)) {
+    throw XmlError("this is no codebook, but " + *what + ": give a DDI Codebook document (XML)");
+  }
   Namespaces namespaces(CodebookVocabulary());
   CodebookReader reader(first, OpenFor::Reading, "", namespaces);
   XmlParser(namespaces, reader).Parse(first);

@@ -10,6 +10,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace velahost {
 
@@ -18,6 +19,12 @@ namespace velahost {
 class FileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+  // With the line that it is about, without its end, and the place there, from 1 in characters.
+  FileError(const std::string& what, std::string errorLine, std::size_t errorColumn)
+      : std::runtime_error(what), line(std::move(errorLine)), column(errorColumn) {}
+
+  std::string line;  // empty where it is about no line
+  std::size_t column = 0;
 };
 
 // Which file it is, however its path is spelled.

@@ -22,7 +22,8 @@ using velahost::Token;
 struct UserCaseFileSpec::Impl {
   std::string file;  // as OpenCodebook takes it; empty when no file is named
   bool isWorkingFile = false;
-  std::string error;  // why the last Init failed
+  std::string error;                   // why the last Init failed
+  velahost::TextPlace place = {1, 1};  // of the file in the command
 };
 
 UserCaseFileSpec::UserCaseFileSpec() {
@@ -40,7 +41,9 @@ bool UserCaseFileSpec::Init(const TokenSequenceBase& tokens, bool /*flag*/) {
   read.isWorkingFile = token.Is('*');
   if (token.kind == Token::String) read.file = token.Text();
   const bool isNamed = read.isWorkingFile || !read.file.empty();
+  read.place = {token.line, token.column};
   if (!isNamed) {
+    velahost::Host::Current().placeOfFailure = read.place;
     read.error =
         fmt::format("Expect a quoted file name or * after FROM. Found {} (line {}, column {})...",
                     sequence.AtEnd() ? "the end of the subcommand" : sequence.Shown(), token.line,
@@ -71,10 +74,12 @@ struct UserInputCaseFile::Impl {
 
 namespace {
 
-std::shared_ptr<const CodebookFile> OpenSource(const std::string& file) {
+std::shared_ptr<const CodebookFile> OpenSource(const std::string& file, velahost::TextPlace place) {
+  velahost::Host& host = velahost::Host::Current();
   try {
-    return std::make_shared<const CodebookFile>(velahost::Host::Current().openSource(file));
+    return std::make_shared<const CodebookFile>(host.openSource(file));
   } catch (const velahost::FileError& error) {
+    host.placeOfFailure = place;
     throw ErrorText(velahost::EscapeMessage(error.what()));
   }
 }
@@ -89,7 +94,7 @@ UserInputCaseFile::UserInputCaseFile(const UserCaseFileSpec& spec,
   reach.SetSource(nullptr);
   if (spec.impl_->isWorkingFile) return;
 
-  const std::shared_ptr<const CodebookFile> file = OpenSource(spec.impl_->file);
+  const std::shared_ptr<const CodebookFile> file = OpenSource(spec.impl_->file, spec.impl_->place);
   reach.SetSource(file);
   for (const velahost::Message& warning : file->warnings) {
     velahost::Host::Current().diagnostics.Report(velahost::Severity::TransferWarning, warning);

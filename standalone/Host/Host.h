@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,11 @@ class Host {
   std::function<CodebookFile(const std::string& specification)> openSource;
 
   Diagnostics diagnostics;
+  // The place in the command of a failure that the library is about to report.
+  std::optional<TextPlace> placeOfFailure;
+  // Whether the command seems to be about variables alone, and still carries the weight over: it is
+  // noted then that the weight has changed.
+  bool notesWeight = false;
 
   // The label that GetLabel of a variable gave last. A label is set by its text alone, and its
   // languages come along when it is the very text that was given.

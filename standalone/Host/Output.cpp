@@ -57,9 +57,11 @@ void BpError(const BpCellText& cell, BpErrorShow show, BpErrorLevel level) {
   Called("BpError");
   const BpCellText::Impl& impl = *cell.impl_;
   const velahost::Message message{impl.text, impl.arguments};
-  velahost::Host::Current().diagnostics.Issue(
-      {message, impl.isMessage ? velahost::Render(message) : impl.text, show,
-       static_cast<velahost::Severity>(level)});
+  velahost::Host& host = velahost::Host::Current();
+  velahost::Diagnostic diagnostic{message, impl.isMessage ? velahost::Render(message) : impl.text,
+                                  show, static_cast<velahost::Severity>(level)};
+  diagnostic.place = std::exchange(host.placeOfFailure, std::nullopt);
+  host.diagnostics.Issue(std::move(diagnostic));
 }
 
 // A frame has nothing of its own: the host keeps the titles of those that are open.

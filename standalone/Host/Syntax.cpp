@@ -35,6 +35,10 @@ ParsedCommand::ParsedCommand(const std::string* subcommands) {
   Host& host = Host::Current();
   impl_->subcommands =
       velahost::SplitSubcommands(host.CurrentCommand().tokens, subcommands, host.diagnostics);
+  const auto says = [this](const char* name) {
+    return velahost::FindSubcommand(impl_->subcommands, name) != nullptr;
+  };
+  host.notesWeight = !says("FILEINFO") && (says("SOURCE") || says("VARINFO"));
 }
 
 ParsedCommand::~ParsedCommand() { Released("ParsedCommand::~ParsedCommand"); }
@@ -54,6 +58,23 @@ TokenSequenceBase& ParsedCommand::TokenSequence() {
 
 namespace {
 
+// What a data source is called in advice.
+std::string WhereOf(const VELA_DataSource& dataSource) {
+  const auto& file = HostAccess::Of(dataSource).readFrom;
+  return file && !file->path.empty() ? file->path : "the file";
+}
+
+// Notes that a list is missing: the subcommand says nothing then.
+void NoteListMissing(const velahost::Subcommand& subcommand,
+                     const velahost::GivenKeywords& keywords) {
+  if (keywords.hasErrors || keywords.Find("VARIABLES") != nullptr) return;
+  const velahost::Token& at = subcommand.tokens.front();
+  Host::Current().diagnostics.Report(
+      velahost::Severity::TransferWarning,
+      {"^1 without VARIABLES names no variables\\: it is passed over...", {subcommand.name}},
+      velahost::TextPlace{at.line, at.column}, "Write " + subcommand.name + " VARIABLES=names.");
+}
+
 constexpr std::array kReserved = {KeywordSubcommand::ValueAbsent, KeywordSubcommand::ValueBare};
 
 }  // namespace
@@ -72,6 +93,7 @@ KeywordSubcommand::KeywordSubcommand(ParsedCommand& command, const std::string& 
   if (found == nullptr) return;
   impl_->keywords =
       velahost::ReadKeywords(*found, keywords, kReserved, Host::Current().diagnostics);
+  if (name == "SOURCE" || name == "TARGET") NoteListMissing(*found, impl_->keywords);
 }
 
 KeywordSubcommand::~KeywordSubcommand() { Released("KeywordSubcommand::~KeywordSubcommand"); }
@@ -99,7 +121,8 @@ std::string KeywordSubcommand::Value(const std::string& keyword) {
 
 std::vector<int> KeywordSubcommand::ExistingVariables(const VELA_DataSource& dataSource) {
   Called("KeywordSubcommand::ExistingVariables");
-  velahost::VariableList list(impl_->keywords.list, impl_->name, Host::Current().diagnostics);
+  velahost::VariableList list(impl_->keywords.list, impl_->name, WhereOf(dataSource),
+                              Host::Current().diagnostics);
   std::vector<int> columns = list.Columns(HostAccess::Of(dataSource).Names());
   if (list.HasErrors()) impl_->keywords.hasErrors = true;
   Host::Current().reach.SetList(impl_->name, columns);
@@ -108,7 +131,9 @@ std::vector<int> KeywordSubcommand::ExistingVariables(const VELA_DataSource& dat
 
 std::vector<VelaVarName> KeywordSubcommand::MixedVariables(const VELA_DataSource* dataSource) {
   Called("KeywordSubcommand::MixedVariables");
-  velahost::VariableList list(impl_->keywords.list, impl_->name, Host::Current().diagnostics);
+  velahost::VariableList list(impl_->keywords.list, impl_->name,
+                              dataSource == nullptr ? "" : WhereOf(*dataSource),
+                              Host::Current().diagnostics);
   const std::vector<std::string> names =
       list.Names(dataSource == nullptr ? nullptr : &HostAccess::Of(*dataSource).Names());
   if (list.HasErrors()) impl_->keywords.hasErrors = true;

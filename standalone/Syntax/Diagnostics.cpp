@@ -6,7 +6,7 @@ namespace velahost {
 namespace {
 
 Diagnostic DiagnosticOf(Severity level, const Message& message) {
-  return {message, Render(message), kShowMessage, level};
+  return {message, Render(message), kShowMessage, level, {}, {}};
 }
 
 Diagnostic TooManyErrors() {
@@ -26,8 +26,12 @@ void Diagnostics::Issue(Diagnostic diagnostic) {
   all_.push_back(std::move(diagnostic));
 }
 
-void Diagnostics::Report(Severity level, const Message& message) {
-  Issue(DiagnosticOf(level, message));
+void Diagnostics::Report(Severity level, const Message& message, std::optional<TextPlace> place,
+                         std::string advice) {
+  Diagnostic diagnostic = DiagnosticOf(level, message);
+  diagnostic.place = place;
+  diagnostic.advice = std::move(advice);
+  Issue(std::move(diagnostic));
 }
 
 }  // namespace velahost

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,12 +15,21 @@ enum class Severity : int { TransferWarning = 1, Warning = 2, Error = 3, Failure
 // How diagnostics of the host's own are shown: the host's interface has the other values.
 inline constexpr int kShowMessage = 2;
 
+// A place in the text of the commands, counted from 1; columns in characters.
+struct TextPlace {
+  int line;
+  int column;
+};
+
 // A diagnostic as it was issued.
 struct Diagnostic {
   Message message;    // as issued: placeholders and backslashes included
   std::string shown;  // for people: placeholders filled, backslashes taken away
   int show = 0;
   Severity level = Severity::TransferWarning;
+
+  std::optional<TextPlace> place = {};  // in the commands, where it is about one
+  std::string advice = {};              // what to do, in whole sentences; may be empty
 };
 
 // At most so many errors of one command are kept: a file that has no commands in it may have one at
@@ -34,7 +44,8 @@ class Diagnostics {
   // kept.
   void Issue(Diagnostic diagnostic);
   // Issues a message of the host's own.
-  void Report(Severity level, const Message& message);
+  void Report(Severity level, const Message& message, std::optional<TextPlace> place = {},
+              std::string advice = {});
   // Starts the fatal-error state anew, for the next command; what was issued is kept.
   void BeginCommand() { errors_ = 0; }
 

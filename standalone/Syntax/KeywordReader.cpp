@@ -28,6 +28,7 @@ class KeywordReader {
   KeywordReader(const Subcommand& subcommand, const std::string* table,
                 std::span<const char* const> reserved, Diagnostics& diagnostics)
       : name_(subcommand.name),
+        line_(subcommand.line),
         tokens_(subcommand.tokens.first(subcommand.tokens.size() - 1)),
         table_(table),
         reserved_(reserved),
@@ -57,10 +58,10 @@ class KeywordReader {
       if (token.Is('=') && !AtEnd()) ++position_;
       if (table_->empty()) {
         Fail(token, "Subcommand ^2 takes no keywords. Found ^1 (line ^3, column ^4)...",
-             {token.typed, name_});
+             {token.typed, name_}, AdviceOn(token));
       } else {
         Fail(token, "Keyword ^1 not known in ^2 (line ^4, column ^5). Expect ^3...",
-             {token.typed, name_, Alternatives(table_)});
+             {token.typed, name_, Alternatives(table_)}, AdviceOn(token));
       }
       return nullptr;
     }
@@ -100,13 +101,26 @@ class KeywordReader {
     return isReserved ? std::string(token.typed) : text;
   }
 
+  // What to do about the token before the current one, which is no keyword.
+  std::string AdviceOn(const Token& token) const {
+    Token name;
+    name.line = line_;
+    const std::string advice =
+        AdviceOnSeparator(token, position_ > 1 ? tokens_[position_ - 2] : name);
+    if (!advice.empty()) return advice;
+    const std::string meant = DidYouMean(token.typed, KeywordsOf(table_));
+    if (!meant.empty() || !TakesList() || token.kind != Token::Name) return meant;
+    return "Names of variables stand after VARIABLES=.";
+  }
+
   void Fail(const Token& at, const std::string& text,
-            const std::vector<std::string_view>& arguments) {
+            const std::vector<std::string_view>& arguments, const std::string& advice = "") {
     given_.hasErrors = true;
-    ReportSyntaxError(diagnostics_, at, text, arguments);
+    ReportSyntaxError(diagnostics_, at, text, arguments, advice);
   }
 
   const std::string& name_;
+  const int line_;  // of the subcommand's name
   std::span<const Token> tokens_;
   const std::string* table_;
   std::span<const char* const> reserved_;

@@ -35,6 +35,12 @@ const std::string* FindKeyword(const std::string* table, std::string_view word) 
   return found;
 }
 
+std::vector<std::string_view> KeywordsOf(const std::string* table) {
+  std::vector<std::string_view> keywords;
+  for (; !table->empty(); ++table) keywords.push_back(*table);
+  return keywords;
+}
+
 std::string Alternatives(const std::string* table) {
   std::string text;
   for (const std::string* keyword = table; !keyword->empty(); ++keyword) {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Keywords and their abbreviations. A table of keywords is an array of upper-case texts that an
 // empty one ends. Keywords have no letters but A to Z: a letter that only looks like one of these,
@@ -20,7 +21,9 @@ bool Abbreviates(std::string_view word, std::string_view keyword);
 // when there is none. It lives as long as the table.
 const std::string* FindKeyword(const std::string* table, std::string_view word);
 
-// The table's keywords for a message: "FROM, SOURCE or TARGET".
+// The table's keywords.
+std::vector<std::string_view> KeywordsOf(const std::string* table);
+// The same for a message: "FROM, SOURCE or TARGET".
 std::string Alternatives(const std::string* table);
 
 }  // namespace velahost

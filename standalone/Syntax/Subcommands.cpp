@@ -33,6 +33,34 @@ std::string VisibleCharacter(std::string_view typed) {
   }
 }
 
+// The subcommands of the command, for what is read ahead of it and for advice.
+const std::array<std::string, 7> kTable = {"FROM",     "SOURCE",  "TARGET", "NEWVARS",
+                                           "FILEINFO", "VARINFO", ""};
+constexpr const char* kFirst = "FROM";  // with which most commands begin
+constexpr const char* kMissingPeriod =
+    "If another command begins here, end the one before with a period at the end of its line.";
+
+// Whether a word that begins commands begins its line, without a slash before it.
+bool BeginsCommand(const Token& word, const Token& before) {
+  if (word.kind != Token::Name || before.line == word.line || before.Is('/')) return false;
+  const std::string capitals = Capitals(word.typed);
+  return capitals == kFirst || capitals == "APPLY";
+}
+
+// What to do about a character that starts no token.
+std::string AdviceOnCharacter(const Token& token) {
+  const std::string_view typed = token.typed;
+  if (typed == ",") return "Separate names by blanks.";
+  if (typed == "-" || typed == "–") return "A range of variables is written first TO last.";
+  if (typed == ";") return "A command ends with a period at the end of a line.";
+  if (typed == "‘" || typed == "’" || typed == "“" || typed == "”" || typed == "„") {
+    return "Quotes are straight ones: ' or \".";
+  }
+  if (typed == "\\")
+    return "The shell may have left it there: put the command into a file for --syntax.";
+  return {};
+}
+
 // Splits the tokens of a command into its subcommands.
 class Splitter {
  public:
@@ -53,11 +81,12 @@ class Splitter {
  private:
   void TakeSubcommand() {
     mayBePassword_ = false;
+    const int line = tokens_[position_].line;
     const std::string* name = CheckToken() ? TakeName() : nullptr;
     const std::size_t first = ++position_;
     for (; !EndsSubcommand(); ++position_) CheckToken();
     if (name != nullptr) {
-      subcommands_.push_back({*name, tokens_.subspan(first, position_ + 1 - first)});
+      subcommands_.push_back({*name, tokens_.subspan(first, position_ + 1 - first), line});
     }
   }
 
@@ -71,14 +100,17 @@ class Splitter {
     switch (token.kind) {
       case Token::UnclosedString:
         Fail("String ^1 not closed on its line (line ^2, column ^3)...",
-             {ShownText(token, mayBePassword_)});
+             {ShownText(token, mayBePassword_)},
+             "Write a quote inside a string twice, or put the string into quotes of the other "
+             "kind.");
         return false;
       case Token::UnclosedComment:
         Fail("Comment ^1 not closed (line ^2, column ^3)...", {"/*"});
         return false;
       case Token::Other:
         Fail("Unexpected character ^1 (line ^2, column ^3)...",
-             {mayBePassword_ ? ShownText(token, true) : VisibleCharacter(token.typed)});
+             {mayBePassword_ ? ShownText(token, true) : VisibleCharacter(token.typed)},
+             mayBePassword_ ? "" : AdviceOnCharacter(token));
         return false;
       default:
         mayBePassword_ = mayBePassword_ || IsPasswordKeyword(token);
@@ -93,18 +125,35 @@ class Splitter {
         token.kind == Token::Name ? FindKeyword(table_, token.typed) : nullptr;
     if (name == nullptr) {
       Fail("Subcommand ^1 not known (line ^3, column ^4). Expect ^2...",
-           {token.typed, Alternatives(table_)});
+           {token.typed, Alternatives(table_)}, AdviceOnName(token));
       return nullptr;
     }
     if (FindSubcommand(subcommands_, *name) != nullptr) {
-      Fail("Subcommand ^1 given twice (line ^2, column ^3)...", {*name});
+      Fail("Subcommand ^1 given twice (line ^2, column ^3)...", {*name},
+           HoldsSecondCommand() ? kMissingPeriod : "");
       return nullptr;
     }
     return name;
   }
 
-  void Fail(const std::string& text, const std::vector<std::string_view>& arguments) {
-    ReportSyntaxError(diagnostics_, tokens_[position_], text, arguments);
+  // Whether a word that begins commands begins a line up to here, other than the first.
+  bool HoldsSecondCommand() const {
+    for (std::size_t i = 1; i <= position_; ++i) {
+      if (BeginsCommand(tokens_[i], tokens_[i - 1])) return true;
+    }
+    return false;
+  }
+
+  std::string AdviceOnName(const Token& token) const {
+    const bool beginsLine = position_ == 0 || tokens_[position_ - 1].line < token.line;
+    if (token.Is('*') && beginsLine) return "A comment is written /* so */.";
+    if (token.kind == Token::String) return "The name of a file stands after FROM.";
+    return DidYouMean(token.typed, KeywordsOf(table_));
+  }
+
+  void Fail(const std::string& text, const std::vector<std::string_view>& arguments,
+            const std::string& advice = "") {
+    ReportSyntaxError(diagnostics_, tokens_[position_], text, arguments, advice);
   }
 
   std::span<const Token> tokens_;
@@ -142,10 +191,8 @@ const Subcommand* FindSubcommand(const Subcommands& subcommands, const std::stri
 }
 
 std::optional<std::string> SourceNamedIn(const Command& command) {
-  const std::array<std::string, 7> table = {"FROM",     "SOURCE",  "TARGET", "NEWVARS",
-                                            "FILEINFO", "VARINFO", ""};
   Diagnostics diagnostics;
-  const Subcommands subcommands = SplitSubcommands(command.tokens, table.data(), diagnostics);
+  const Subcommands subcommands = SplitSubcommands(command.tokens, kTable.data(), diagnostics);
   const Subcommand* const from = FindSubcommand(subcommands, "FROM");
   if (from == nullptr || diagnostics.FatalError()) return std::nullopt;
   const std::span<const Token> tokens = from->tokens.subspan(from->tokens.front().Is('=') ? 1 : 0);
@@ -154,6 +201,13 @@ std::optional<std::string> SourceNamedIn(const Command& command) {
   std::string name = file.Text();
   if (name.empty()) return std::nullopt;
   return name;
+}
+
+std::string AdviceOnSeparator(const Token& word, const Token& before) {
+  if (BeginsCommand(word, before)) return kMissingPeriod;
+  const auto found = std::find(kTable.begin(), kTable.end() - 1, Capitals(word.typed));
+  if (found == kTable.end() - 1) return {};
+  return "If this is the subcommand " + *found + ", put a slash before it.";
 }
 
 bool IsPasswordKeyword(const Token& token) {

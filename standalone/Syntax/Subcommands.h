@@ -16,10 +16,15 @@ struct Subcommand {
   std::string name;  // as in the table
   // The tokens after its name and the one that ends it, a slash or the command's end.
   std::span<const Token> tokens;
+  int line = 1;  // of its name
 };
 
 // The subcommands of a command, no name twice, in the command's order.
 using Subcommands = std::vector<Subcommand>;
+
+// What to do where a word stands that begins a subcommand or a command, but not after a slash or a
+// period; empty where it is no such word. before is the token in front of it.
+std::string AdviceOnSeparator(const Token& word, const Token& before);
 
 // Splits the tokens of a command by a table of subcommands (see Keywords.h), and reports what is
 // wrong with them, in the order in which it stands there. The tokens outlive the result.

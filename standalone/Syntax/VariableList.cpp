@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "standalone/Syntax/Subcommands.h"
 #include "standalone/Syntax/SyntaxError.h"
 #include "standalone/Text/Numbers.h"
 #include "standalone/Text/Utf8.h"
@@ -16,6 +17,8 @@ constexpr std::size_t kMostDigits = 9;
 constexpr int kMostNumbers = 999'999'999;
 constexpr int kMostNames = 100'000;
 constexpr std::size_t kMostListed = 5'000'000;
+// Each looks at all names of a file, and a list may have a thousand errors.
+constexpr std::size_t kMostSuggestions = 20;
 
 // A name with the number at its end.
 struct NumberedName {
@@ -99,8 +102,22 @@ void VariableList::FailTo() {
 std::optional<int> VariableList::Column(const Token& name, const VariableNames& variables) {
   const int column = Find(variables, name);
   if (column >= 0) return column;
-  Fail(name, "Unknown variable ^1 in ^2 (line ^3, column ^4)...", {name.typed, subcommand_});
+  Fail(name, "Unknown variable ^1 in ^2 (line ^3, column ^4)...", {name.typed, subcommand_},
+       AdviceOn(name, variables));
   return std::nullopt;
+}
+
+std::string VariableList::AdviceOn(const Token& name, const VariableNames& variables) {
+  if (&name != tokens_.data()) {
+    const std::string advice = AdviceOnSeparator(name, *(&name - 1));
+    if (!advice.empty()) return advice;
+  }
+  std::string advice = "There is none of that name in " + where_ + ".";
+  if (++suggestions_ > kMostSuggestions) return advice;
+  std::vector<std::string_view> names;
+  for (int column = 0; column < variables.Count(); ++column) names.push_back(variables.At(column));
+  const std::string meant = DidYouMean(name.typed, names);
+  return meant.empty() ? advice : advice + " " + meant;
 }
 
 void VariableList::AddColumns(const Entry& entry, const VariableNames& variables,
@@ -188,9 +205,9 @@ bool VariableList::IsKeyword(std::size_t position, const char* keyword) const {
 }
 
 void VariableList::Fail(const Token& at, const std::string& text,
-                        const std::vector<std::string_view>& arguments) {
+                        const std::vector<std::string_view>& arguments, const std::string& advice) {
   hasErrors_ = true;
-  ReportSyntaxError(diagnostics_, at, text, arguments);
+  ReportSyntaxError(diagnostics_, at, text, arguments, advice);
 }
 
 }  // namespace velahost

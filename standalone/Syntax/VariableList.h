@@ -18,10 +18,15 @@ namespace velahost {
 // and left out.
 class VariableList {
  public:
-  // The tokens of the list without the one that ends it, in the named subcommand. They and the
-  // diagnostics live as long as this object.
-  VariableList(std::span<const Token> tokens, std::string subcommand, Diagnostics& diagnostics)
-      : tokens_(tokens), subcommand_(std::move(subcommand)), diagnostics_(diagnostics) {}
+  // The tokens of the list without the one that ends it, in the named subcommand; where the
+  // variables are looked for, for advice. The tokens and the diagnostics live as long as this
+  // object.
+  VariableList(std::span<const Token> tokens, std::string subcommand, std::string where,
+               Diagnostics& diagnostics)
+      : tokens_(tokens),
+        subcommand_(std::move(subcommand)),
+        where_(std::move(where)),
+        diagnostics_(diagnostics) {}
 
   // The columns of the variables listed, in list order, each as often as it is named.
   std::vector<int> Columns(const VariableNames& variables);
@@ -55,14 +60,18 @@ class VariableList {
   // Adds the names of one stem with ascending numbers.
   void AddNumbered(const Entry& range, std::vector<std::string>& names);
   bool IsKeyword(std::size_t position, const char* keyword) const;
+  // What to do about a name that no variable has.
+  std::string AdviceOn(const Token& name, const VariableNames& variables);
   void Fail(const Token& at, const std::string& text,
-            const std::vector<std::string_view>& arguments);
+            const std::vector<std::string_view>& arguments, const std::string& advice = "");
 
   std::span<const Token> tokens_;
   std::string subcommand_;
+  std::string where_;
   Diagnostics& diagnostics_;
   std::size_t position_ = 0;
   bool hasErrors_ = false;
+  std::size_t suggestions_ = 0;  // that were looked for
 };
 
 }  // namespace velahost

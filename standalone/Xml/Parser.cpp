@@ -284,8 +284,11 @@ void XmlParser::Check(bool parsed) const {
 }
 
 void XmlParser::Fail(const std::string& reason) const {
-  throw XmlError("line " + std::to_string(XML_GetCurrentLineNumber(parser_)) + ", column " +
-                 std::to_string(XML_GetCurrentColumnNumber(parser_) + 1) + ": " + reason);
+  const std::size_t line = XML_GetCurrentLineNumber(parser_);
+  const std::size_t column = XML_GetCurrentColumnNumber(parser_) + 1;
+  throw XmlError(
+      "line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + reason, line,
+      column);
 }
 
 const XmlParser::Name& XmlParser::NameFor(std::string_view name) {

@@ -21,7 +21,13 @@ namespace velahost {
 // and the line and column, both from 1.
 class XmlError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit XmlError(const std::string& reason, std::size_t errorLine = 0,
+                    std::size_t errorColumn = 0)
+      : std::runtime_error(reason), line(errorLine), column(errorColumn) {}
+
+  // From 1; 0 where it is about no place.
+  std::size_t line;
+  std::size_t column;
 };
 
 // The start of an element. What it points at lives until the event has been handled.
