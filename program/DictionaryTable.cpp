@@ -40,11 +40,14 @@ std::string ValuesText(const Variable& variable, std::size_t width) {
   std::string text;
   if (!variable.valueLabels) return text;
   for (const velahost::ValueLabel& pair : *variable.valueLabels) {
+    if (text.size() / 4 > width) break;  // a character has at most four bytes
     if (!text.empty()) text += ", ";
     const std::string label = MakeVisible(pair.label);
     const std::string value = LabelledValueText(pair, variable.IsNumeric());
-    text += label == value || pair.label == pair.string ? value : value + kNoBreak + label;
-    if (text.size() / 4 > width) break;  // a character has at most four bytes
+    text += value;
+    if (label == value || pair.label == pair.string) continue;
+    text += kNoBreak;
+    text += label;
   }
   return text;
 }

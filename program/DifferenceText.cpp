@@ -116,7 +116,10 @@ PairText TextOf(const ValueLabel& pair, bool isNumeric) {
 void ListValueLabels(const Variable& before, const Variable& now, Listing& listing) {
   const velahost::ValueLabelDifference difference =
       DifferenceBetween(before.valueLabels, now.valueLabels);
-  std::vector<PairText> removed, old, changed, added;
+  std::vector<PairText> removed;
+  std::vector<PairText> old;
+  std::vector<PairText> changed;
+  std::vector<PairText> added;
   for (const ValueLabel* const pair : difference.removed) {
     removed.push_back(TextOf(*pair, before.IsNumeric()));
   }
@@ -137,7 +140,8 @@ void ListValueLabels(const Variable& before, const Variable& now, Listing& listi
            std::string(isNumeric ? 0 : blanks, ' ') + "  ";
   };
   ItemLines lines(TitleOf(Property::ValueLabels),
-                  removed.size() + changed.size() + added.size() + difference.isReordered, listing);
+                  removed.size() + changed.size() + added.size() + (difference.isReordered ? 1 : 0),
+                  listing);
   for (const PairText& pair : removed) lines.Marked(Mark::Removed, start(pair) + pair.label);
   for (std::size_t i = 0; i < changed.size(); ++i) {
     lines.Change(old[i].label, changed[i].label, start(changed[i]));

@@ -36,7 +36,7 @@ std::string_view BeginningOf(std::string_view text, std::size_t width) {
 std::size_t SameBeginning(std::string_view a, std::string_view b) {
   constexpr std::size_t kLong = 32;  // a beginning that is shorter is shown
   const auto [end, other] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
-  std::size_t same = static_cast<std::size_t>(end - a.begin());
+  auto same = static_cast<std::size_t>(end - a.begin());
   for (int words = 0; words < 2; ++words) {
     same = a.substr(0, same).rfind(' ');
     if (same == std::string_view::npos) return 0;
@@ -192,9 +192,8 @@ void Listing::Write(std::string_view name, std::size_t nameWidth, std::string_vi
 }
 
 std::string Listing::Painted(Mark mark, std::string_view text) const {
-  const std::string plain(text);
-  if (!page_.hasColor || mark == Mark::None) return plain;
-  return (mark == Mark::Added ? kGreen : kRed) + plain + kPlain;
+  if (!page_.hasColor || mark == Mark::None) return std::string(text);
+  return (mark == Mark::Added ? kGreen : kRed) + std::string(text) + kPlain;
 }
 
 void Listing::Put(std::string_view line) {

@@ -144,14 +144,15 @@ TEST(Diff, AgreesWithTheOutcomeOfARun) {
       {"archives/dataverse_2025.xml", "archives/dataverse_2026.xml"},
       {"archives/nesstar_2025.xml#F2", "archives/nesstar_2026.xml#F2"}};
   for (const auto& [source, working] : kPairs) {
-    const std::string file = working.substr(0, working.find('#'));
-    const std::string id = working.substr(file.size());
-    const std::string saved = folder.At("saved.xml");
-    const Ran run =
-        Shell("applydic apply --json -c \"FROM '" + source + "' /FILEINFO ALL /NEWVARS\" -o '" +
-              saved + "' '" + working + "' 2>/dev/null");
-    const Ran diff =
-        Shell("applydic diff --json '" + working + "' '" + saved + id + "' 2>/dev/null");
+    const std::string id = working.substr(std::min(working.find('#'), working.size()));
+    setenv("SOURCE", source.c_str(), 1);
+    setenv("WORKING", working.c_str(), 1);
+    setenv("SAVED", folder.At("saved.xml").c_str(), 1);
+    setenv("ID", id.c_str(), 1);
+    const Ran run = Shell(
+        "applydic apply --json -c \"FROM '$SOURCE' /FILEINFO ALL /NEWVARS\" -o \"$SAVED\" "
+        "\"$WORKING\" 2>/dev/null");
+    const Ran diff = Shell("applydic diff --json \"$WORKING\" \"$SAVED$ID\" 2>/dev/null");
     const auto told = nlohmann::json::parse(run.output);
     const auto found = nlohmann::json::parse(diff.output);
     EXPECT_GE(told["changed"].size(), 1U) << source;
