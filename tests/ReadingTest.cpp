@@ -145,7 +145,7 @@ TEST(Reading, TakesSetsByTheFirstOfEachName) {
       std::nullopt);
   const auto file = DictionaryJson(opened.dictionary)["file"];
   ASSERT_EQ(file["varsets"].size(), 1);
-  EXPECT_EQ(file["varsets"][0]["variables"], nlohmann::json{"a"});
+  EXPECT_EQ(file["varsets"][0]["variables"], nlohmann::ordered_json{"a"});
   ASSERT_EQ(file["mrsets"].size(), 1);
   EXPECT_EQ(file["mrsets"][0]["name"], "s");
 }
