@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <linux/filter.h>
@@ -8,6 +9,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 
 #include <cerrno>
 #include <csignal>
@@ -31,13 +33,19 @@ constexpr std::size_t kChunk = 40'000;
 // Calls `meanwhile` before the second chunk.
 void Save(
     const std::string& path, const std::string& bytes = kNew,
-    const std::function<void()>& meanwhile = [] {}) {
-  velahost::SaveFile(path, [&](const velahost::ByteSink& sink) {
+    const std::function<void()>& meanwhile = [] {},
+    const std::optional<std::string>& backupSuffix = {}) {
+  const auto write = [&](const velahost::ByteSink& sink) {
     for (std::size_t at = 0; at < bytes.size(); at += kChunk) {
       if (at == kChunk) meanwhile();
       sink(std::string_view(bytes).substr(at, kChunk));
     }
-  });
+  };
+  velahost::SaveFile(path, write, backupSuffix);
+}
+void SaveWithBackup(const std::string& path) {
+  Save(
+      path, kNew, [] {}, "~");
 }
 
 // How a process ends that saves.
@@ -83,17 +91,36 @@ class Saving : public testing::Test {
   const std::string path_ = folder_.At("w.xml");
 };
 
+// Has a system call of this process fail from now on: every call of it, or where bits are given,
+// those that have all of these in their third argument.
+void Refuse(unsigned int call, unsigned int error, unsigned int bits = 0) {
+  sock_filter filter[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                          BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 4),
+                          BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
+                          BPF_STMT(BPF_ALU | BPF_AND | BPF_K, bits),
+                          BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, bits, 0, 1),
+                          BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error),
+                          BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+  const sock_fprog program = {std::size(filter), filter};
+  Prepare(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+          prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0);
+}
+
+// The file system has no files without a name.
+void RefuseUnnamed() { Refuse(SYS_openat, EOPNOTSUPP, O_TMPFILE); }
+
 // Saves in a process that is killed after so many steps, each the beginning or the end of a system
 // call. Calls for memory are none: how many there are differs from one process to the next. `calls`
 // gets a letter for each call that matters and has begun. Returns how it ended.
-int SaveAndKill(const std::string& path, int steps, std::string& calls) {
-  static const std::map<std::uint64_t, char> kLetters = {
-      {SYS_write, 'w'}, {SYS_fchmod, 'p'}, {SYS_fsync, 'f'}, {SYS_renameat, 'r'}};
+int SaveAndKill(const std::function<void()>& save, int steps, std::string& calls) {
+  static const std::map<std::uint64_t, char> kLetters = {{SYS_write, 'w'},    {SYS_fchmod, 'p'},
+                                                         {SYS_fsync, 'f'},    {SYS_linkat, 'l'},
+                                                         {SYS_renameat, 'r'}, {SYS_unlinkat, 'u'}};
   static const std::set<std::uint64_t> kForMemory = {
       SYS_brk, SYS_mmap, SYS_munmap, SYS_mprotect, SYS_madvise, SYS_futex, SYS_sched_yield};
   const pid_t child = Start([&] {
     Prepare(ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0 && raise(SIGSTOP) == 0);
-    Save(path);
+    save();
   });
   int status = WaitFor(child);
   ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_EXITKILL | PTRACE_O_TRACESYSGOOD);
@@ -113,38 +140,50 @@ int SaveAndKill(const std::string& path, int steps, std::string& calls) {
   return WaitFor(child);
 }
 
+// The bytes and permissions reach the disk before they show, and a backup before what replaces it.
+// Between the linking of a name and its renaming, two steps apart, that name is left behind.
 TEST_F(Saving, IsKilledBeforeAndAfterEachSystemCall) {
-  int switches = 0;
-  bool wasNew = false;
-  std::string calls;
-  int status = SIGKILL;
-  for (int steps = 1; status == SIGKILL; ++steps) {
-    Restore();
-    status = SaveAndKill(path_, steps, calls);
-    if (status == kCannotPrepare << 8) GTEST_SKIP() << "no process can be traced here";
-    if (IsNew() != wasNew) ++switches;
-    wasNew = IsNew();
-    for (const auto& entry : fs::directory_iterator(folder_.At(""))) {
-      // What is left behind is nobody's to read who may not read the file.
-      EXPECT_EQ(entry.status().permissions() & ~fs::perms{0640}, fs::perms::none) << entry.path();
-      if (entry.path() != path_ && status == SIGKILL) fs::remove(entry.path());
+  struct Row {
+    std::function<void()> save;
+    std::string calls;
+    std::optional<int> strays;  // nothing: the file has a name all along
+    bool hasBackup = false;
+  };
+  const Row kRows[] = {{[&] { Save(path_); }, "wwwwwpfllrf", 2},
+                       {[&] { SaveWithBackup(path_); }, "wwwwwpfllrufllrf", 4, true},
+                       {[&] { RefuseUnnamed(), Save(path_); }, "wwwwwpfrf", std::nullopt}};
+  for (const Row& row : kRows) {
+    int switches = 0;
+    int strays = 0;
+    bool wasNew = false;
+    std::string calls;
+    int status = SIGKILL;
+    for (int steps = 1; status == SIGKILL; ++steps) {
+      Restore();
+      if (row.hasBackup) folder_.Write("w.xml~", "older");
+      status = SaveAndKill(row.save, steps, calls);
+      if (status == kCannotPrepare << 8) GTEST_SKIP() << "no process can be traced here";
+      if (IsNew() != wasNew) ++switches;
+      wasNew = IsNew();
+      if (row.hasBackup) {
+        const std::string backup = folder_.Read("w.xml~");
+        EXPECT_TRUE(backup == kOld || (!wasNew && backup == "older")) << calls;
+        fs::remove(folder_.At("w.xml~"));
+      }
+      for (const auto& entry : fs::directory_iterator(folder_.At(""))) {
+        // What is left behind is nobody's to read who may not read the file.
+        EXPECT_EQ(entry.status().permissions() & ~fs::perms{0640}, fs::perms::none) << entry.path();
+        if (entry.path() == path_ || status != SIGKILL) continue;
+        fs::remove(entry.path());
+        ++strays;
+      }
+      ExpectHoldsAlone(wasNew ? kNew : kOld);
     }
-    ExpectHoldsAlone(wasNew ? kNew : kOld);
+    EXPECT_EQ(status, kSaved);
+    EXPECT_EQ(switches, 1) << "from the old file to the new one at one call";
+    EXPECT_EQ(calls, row.calls);
+    EXPECT_EQ(strays, row.strays.value_or(strays));
   }
-  EXPECT_EQ(status, kSaved);
-  EXPECT_EQ(switches, 1) << "from the old file to the new one at one call";
-  EXPECT_EQ(calls, "wwwwwpfrf") << "the bytes and permissions reach the disk before they show";
-}
-
-// Has a system call of this process fail from now on.
-void Refuse(unsigned int call, unsigned int error) {
-  sock_filter filter[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-                          BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1),
-                          BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error),
-                          BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
-  const sock_fprog program = {std::size(filter), filter};
-  Prepare(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-          prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0);
 }
 
 void LimitFileSize() {
@@ -170,6 +209,8 @@ TEST_F(Saving, MeetsAnError) {
                        {"no access lists", [] { Refuse(SYS_getxattr, ENOTSUP); }, kSaved},
                        {"a folder without permission", BeNobody, kRefused, 0555, 0666, 0666},
                        {"a write-protected file", BeNobody, kRefused, 0777, 0444, 0444},
+                       {"no links", [] { Refuse(SYS_linkat, EPERM); }},
+                       {"no files without a name", RefuseUnnamed, kSaved},
                        // Its group cannot be kept, and another one gets no more than everyone has.
                        {"the file of someone else", BeNobody, kSaved, 0777, 06676, 0666}};
   for (const Row& row : kRows) {
@@ -182,6 +223,45 @@ TEST_F(Saving, MeetsAnError) {
     EXPECT_EQ(status, row.ending << 8);
     ExpectHoldsAlone(row.ending == kSaved ? kNew : kOld, row.after);
   }
+}
+
+TEST_F(Saving, KeepsABackupOrTheOldFile) {
+  const std::function<void()> kLinked = [] {};
+  const std::function<void()> kCopied = [] { RefuseUnnamed(), Refuse(SYS_linkat, EPERM); };
+  for (const auto& prepare : {kLinked, kCopied}) {
+    Restore(0604);
+    EXPECT_EQ(WaitFor(Start([&] { prepare(), SaveWithBackup(path_); })), kSaved);
+    EXPECT_TRUE(folder_.Read("w.xml~") == kOld);
+    EXPECT_EQ(fs::status(folder_.At("w.xml~")).permissions(), fs::perms{0604});
+    fs::remove(folder_.At("w.xml~"));
+    ExpectHoldsAlone(kNew, 0604);
+  }
+  Restore();
+  fs::create_directory(folder_.At("w.xml~"));
+  EXPECT_THROW(SaveWithBackup(path_), velahost::SaveError);
+  EXPECT_TRUE(fs::remove(folder_.At("w.xml~"))) << "the folder is empty";
+  ExpectHoldsAlone(kOld);
+}
+
+TEST_F(Saving, KeepsAttributesAndTheAccessList) {
+  // Another user may read and write it.
+  const std::string list(
+      "\2\0\0\0\1\0\6\0\xff\xff\xff\xff\2\0\6\0\xe8\3\0\0\4\0\4\0\xff\xff\xff\xff"
+      "\x10\0\6\0\xff\xff\xff\xff\x20\0\0\0\xff\xff\xff\xff",
+      44);
+  const std::pair<const char*, std::string> kKept[] = {{"user.origin", std::string(3000, 'x')},
+                                                       {"user.empty", ""},
+                                                       {"system.posix_acl_access", list}};
+  for (const auto& [name, value] : kKept) {
+    if (setxattr(path_.c_str(), name, value.data(), value.size(), 0) != 0) GTEST_SKIP() << name;
+  }
+  Save(path_);
+  for (const auto& [name, value] : kKept) {
+    std::string found(value.size() + 1, '\0');
+    found.resize(std::max<ssize_t>(0, getxattr(path_.c_str(), name, found.data(), found.size())));
+    EXPECT_EQ(found, value) << name;
+  }
+  ExpectHoldsAlone(kNew, 0660);
 }
 
 TEST_F(Saving, LetsAnInterruptWait) {

@@ -7,6 +7,7 @@ namespace velahost {
 // An open file, closed at the end of its life.
 class Descriptor {
  public:
+  Descriptor() = default;
   explicit Descriptor(int number) : number_(number) {}
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
@@ -15,6 +16,8 @@ class Descriptor {
   }
 
   int Number() const { return number_; }
+  // Takes an open file over, or -1 for none. REQUIRES: it has none yet.
+  void Take(int number) { number_ = number; }
   bool IsOpen() const { return number_ >= 0; }
   // Closes it and returns what close returned: some file systems report a failed write only then.
   int Close() {
@@ -24,7 +27,7 @@ class Descriptor {
   }
 
  private:
-  int number_;
+  int number_ = -1;
 };
 
 }  // namespace velahost
