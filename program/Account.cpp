@@ -1,5 +1,7 @@
 #include "program/Account.h"
 
+#include <fmt/format.h>
+
 #include <cstddef>
 #include <nlohmann/json.hpp>
 
@@ -17,12 +19,27 @@ using Json = nlohmann::ordered_json;
 using velahost::Dictionary;
 using velahost::Difference;
 
+Json JsonOf(const std::optional<std::string>& text) { return text ? Json(*text) : Json(nullptr); }
+
 std::vector<std::string> AddedNames(const Outcome& outcome) {
   std::vector<std::string> names;
   for (std::size_t i = outcome.changes.firstAdded; i < outcome.dictionary.variables.size(); ++i) {
     names.push_back(outcome.dictionary.variables[i]->name.String());
   }
   return names;
+}
+
+std::string CountedText(std::size_t count, const std::string& what) {
+  return CountText(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+// Where the codebook is, as the rest of a sentence that begins with `start`.
+std::string WrittenText(const std::string& start, const Outcome& outcome) {
+  if (outcome.written == "-") return start + " to standard output";
+  const velahost::Saved& saved = outcome.saved;
+  std::string text = start + (saved.isReplaced ? " over " : " to ") + MakeVisible(*outcome.written);
+  if (saved.backup) text += "; the old file is " + MakeVisible(*saved.backup);
+  return text;
 }
 
 Json DiagnosticJson(const velahost::Diagnostic& diagnostic) {
@@ -55,14 +72,30 @@ void WriteAccount(const Outcome& outcome, const AccountStyle& style, Page page,
   ListNames("Variables added", AddedNames(outcome), listing);
   ListNames("Source variables without a namesake", outcome.notPaired, listing);
   ListNames("Working variables not reached", outcome.notReached, listing);
-  listing.Line(outcome.written ? "Written to " + MakeVisible(*outcome.written)
-                               : "Dry run: nothing written");
+  if (!outcome.saved.notKept.empty()) {
+    listing.List("Not kept of the old file: ", outcome.saved.notKept, "");
+  }
+  listing.Line(outcome.written ? WrittenText("Written", outcome) : "Dry run: nothing written");
+}
+
+std::string AccountLine(const Outcome& outcome) {
+  const std::size_t changed = outcome.changes.changed.size();
+  const std::size_t added = outcome.dictionary.variables.size() - outcome.changes.firstAdded;
+  std::vector<std::string> parts;
+  if (changed > 0) parts.push_back(CountedText(changed, "variable") + " changed");
+  if (added > 0) parts.push_back(CountedText(added, "variable") + " added");
+  if (!outcome.changes.file.Empty()) {
+    parts.push_back(fmt::format("file: {}", fmt::join(outcome.changes.file.Names(), ", ")));
+  }
+  const std::string done =
+      parts.empty() ? "nothing to change" : fmt::to_string(fmt::join(parts, "; "));
+  return done + "; " + (outcome.written ? WrittenText("written", outcome) : "not written");
 }
 
 void WriteOutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
                       const std::optional<Outcome>& outcome, const velahost::ByteSink& sink) {
   static const velahost::CodebookFile kNone;
-  static const Outcome kNothing = {kNone, {}, {}, {}, {}, {}};
+  static const Outcome kNothing = {kNone, {}, {}, {}, {}, {}, {}};
   const Outcome& result = outcome ? *outcome : kNothing;
   const Dictionary& before = result.working.dictionary;
   JsonStream json(sink);
@@ -77,7 +110,10 @@ void WriteOutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
   WriteFileItems(result.changes.file, before, result.dictionary, json);
   json.Member("notPaired", result.notPaired);
   json.Member("notReached", result.notReached);
-  json.Member("written", result.written ? Json(*result.written) : Json(nullptr));
+  json.Member("written", JsonOf(result.written));
+  json.Member("replaced", result.saved.isReplaced);
+  json.Member("backup", JsonOf(result.saved.backup));
+  json.Member("notKept", result.saved.notKept);
   json.End();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "program/Outcome.h"
@@ -16,6 +17,9 @@ struct AccountStyle {
   bool isWhole = false;    // all of it, rather than a screenful
 };
 
+// What a run did in short: "2 variables changed; file: weight; written to o.xml".
+std::string AccountLine(const Outcome& outcome);
+
 // Writes the account of a run for people. What the sink throws passes on.
 void WriteAccount(const Outcome& outcome, const AccountStyle& style, Page page,
                   const velahost::ByteSink& sink);
@@ -26,7 +30,9 @@ void WriteAccount(const Outcome& outcome, const AccountStyle& style, Page page,
 //
 //   "diagnostics": [{"level", "show", "text", "arguments", "message"}, ...], "changed" (see
 //   DifferenceJson.h), "added": [name, ...], "file" and "fileValues" (see there),
-//   "notPaired": [name, ...], "notReached": [name, ...], "written": path or null
+//   "notPaired": [name, ...], "notReached": [name, ...], "written": path or null, "replaced":
+//   whether a file was there, "backup": the path at which that is kept or null, "notKept": what
+//   could not be taken over from it, [text, ...]
 void WriteOutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
                       const std::optional<Outcome>& outcome, const velahost::ByteSink& sink);
 

@@ -3,10 +3,13 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "program/Account.h"
+#include "program/ApplyToEach.h"
 #include "program/Commands.h"
+#include "program/Destinations.h"
 #include "program/Library.h"
 #include "program/Outcome.h"
 #include "program/Output.h"
@@ -15,11 +18,6 @@
 
 namespace applydic {
 namespace {
-
-Destination DestinationOf(const ApplyOptions& options, const std::string& workingPath) {
-  if (options.inPlace) return {workingPath};
-  return {options.output, options.output && IsStandardOutput(*options.output)};
-}
 
 // Tells the user what came of the run, on standard output, unless the codebook itself goes there.
 void TellUser(const ApplyOptions& options, const std::vector<velahost::Diagnostic>& diagnostics,
@@ -58,12 +56,13 @@ void TellOutcome(const Outcome& outcome, const ApplyOptions& options,
 
 ExitStatus RunApply(const ApplyOptions& options, velahost::Host& host) {
   const EntryPoint applyDictionary = LoadLibrary();
-  Run run(host, options.working, ReadCommands({options.command, options.syntaxFile}),
-          options.language);
+  std::vector<velahost::Command> commands = ReadCommands(options);
+  if (options.working.size() > 1) return ApplyToEach(options, commands, applyDictionary, host);
+
+  Run run(host, options.working.front(), std::move(commands), options.language);
   const Destination destination = DestinationOf(options, run.Working().path);
   run.SetDestination(destination);
-
-  const std::optional<Outcome> outcome = run.RunCommands(applyDictionary);
+  std::optional<Outcome> outcome = run.RunCommands(applyDictionary, AfterError::Stop, ReportAside);
   const std::vector<velahost::Diagnostic>& diagnostics = host.diagnostics.All();
   if (!outcome) {
     TellUser(options, diagnostics, std::nullopt, destination.isStandardOutput);

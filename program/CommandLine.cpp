@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -24,18 +25,40 @@ constexpr const char* kExample =
     "'applydic apply --help' says more of apply, and so on.";
 
 // The arguments without the program's name, the last one first, as the parser takes them. To it
-// "++" ends a subcommand; here it is the name of a file.
+// "++" ends a subcommand and "-#ID" is an option; here they are a file, and standard input.
 std::vector<std::string> ReversedArguments(int argc, const char* const* argv) {
   std::vector<std::string> arguments;
   for (int i = argc - 1; i > 0; --i) {
-    arguments.emplace_back(std::string_view(argv[i]) == "++" ? "./++" : argv[i]);
+    const std::string_view argument = argv[i];
+    if (argument == "++") {
+      arguments.emplace_back("./++");
+    } else if (argument.starts_with("-#")) {
+      arguments.push_back("/dev/stdin" + std::string(argument.substr(1)));
+    } else {
+      arguments.emplace_back(argument);
+    }
   }
   return arguments;
 }
 
+// Shows a flag that may be given a text as --flag[=TEXT].
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_option_name(const CLI::Option* option, bool isPositional) const override {
+    const std::string name = Formatter::make_option_name(option, isPositional);
+    const std::size_t brace = name.find('{');  // behind it: what it is without a text
+    if (brace == std::string::npos) return name;
+    return name.substr(0, brace) + "[=" + option->get_type_name() + "]";
+  }
+  std::string make_option_opts(const CLI::Option* option) const override {
+    return option->get_expected_max() == 0 ? "" : Formatter::make_option_opts(option);
+  }
+};
+
 class CommandLine {
  public:
   CommandLine() : program_(kDescription, "applydic") {
+    program_.formatter(std::make_shared<HelpFormatter>());
     program_.footer(kExample);
     program_.set_version_flag("--version", "applydic " APPLYDIC_VERSION,
                               "Print the version and exit");

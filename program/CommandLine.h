@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <variant>
@@ -9,18 +10,27 @@
 
 namespace applydic {
 
-// applydic apply: apply a dictionary to the working codebook.
-struct ApplyOptions {
-  std::string working;  // a path, or path#ID
+// What commands to run on which working codebooks.
+struct WorkOptions {
+  // At least one: a path, or path#ID. A single one may be standard input: "-", or "-#ID".
+  std::vector<std::string> working;
 
   // Exactly one of the two.
   std::optional<std::string> command;
   std::optional<std::string> syntaxFile;  // "-" is standard input
 
+  std::optional<std::string> language;  // of the labels; the working file's if there is none
+  std::size_t jobs = 1;                 // so many working files at the same time
+};
+
+// applydic apply: apply a dictionary to working codebooks.
+struct ApplyOptions : WorkOptions {
   // Exactly one of the three.
-  std::optional<std::string> output;
+  std::optional<std::string> output;  // a file, a folder, or "-" for standard output
   bool inPlace = false;
   bool dryRun = false;
+
+  std::optional<std::string> backupSuffix;  // of the name that keeps a file that is replaced
 
   // What is told of the run: an account, by default a screenful, or JSON.
   bool json = false;
@@ -28,7 +38,6 @@ struct ApplyOptions {
   bool isVerbose = false;   // the whole account
   bool difference = false;  // with old and new values, as a dry run has it
   ColorWhen color = ColorWhen::Auto;
-  std::optional<std::string> language;  // of the labels; the working file's if there is none
 };
 
 // applydic show: the dictionary of a codebook.

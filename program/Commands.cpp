@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "program/Failure.h"
@@ -64,8 +65,9 @@ std::string ReadSyntax(const std::string& path) {
 
 }  // namespace
 
-std::vector<velahost::Command> ReadCommands(const CommandOrigin& origin) {
-  return velahost::SplitCommands(origin.command ? *origin.command : ReadSyntax(*origin.syntaxFile));
+std::vector<velahost::Command> ReadCommands(const WorkOptions& options) {
+  return velahost::SplitCommands(options.command ? *options.command
+                                                 : ReadSyntax(*options.syntaxFile));
 }
 
 }  // namespace applydic

@@ -8,6 +8,7 @@
 
 #include "program/DifferenceJson.h"
 #include "program/DifferenceText.h"
+#include "program/Input.h"
 #include "program/JsonStream.h"
 #include "program/Listing.h"
 #include "program/Output.h"
@@ -26,7 +27,7 @@ using velahost::Dictionary;
 using velahost::Difference;
 
 CodebookFile Open(const std::string& specification, const std::string& language) {
-  return velahost::OpenCodebook(specification, velahost::OpenFor::Showing, language);
+  return OpenFileOrInput(specification, velahost::OpenFor::Showing, language);
 }
 
 // The two files, with their labels in one language.
@@ -40,8 +41,14 @@ struct Files {
 Files OpenBoth(const DiffOptions& options) {
   const Progress::Stage stage("Reading " + MakeVisible(options.before) + " and " +
                               MakeVisible(options.now));
-  velahost::CodebookBytes bytes = velahost::ReadCodebook(options.now);
+  velahost::CodebookBytes bytes = ReadFileOrInput(options.now);
   const std::string guess = options.language.value_or(bytes.GuessLanguage());
+  if (IsInput(options.before)) {  // it can be read once, so when its language is known
+    CodebookFile now =
+        velahost::OpenCodebook(std::move(bytes), velahost::OpenFor::Showing, options.language);
+    CodebookFile before = Open(options.before, now.language);
+    return {std::move(before), std::move(now)};
+  }
   std::future<CodebookFile> reading = std::async(Open, options.before, guess);
   CodebookFile now =
       velahost::OpenCodebook(std::move(bytes), velahost::OpenFor::Showing, options.language);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <stdexcept>
 
 namespace applydic {
@@ -17,5 +18,10 @@ class Failure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+inline constexpr const char* kNoMemory = "There is not enough memory.";
+
+// Does the work and returns its status. What it throws is written as an error; then kCannotRun.
+ExitStatus ReportFailures(const std::function<ExitStatus()>& work);
 
 }  // namespace applydic

@@ -7,6 +7,7 @@
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Dictionary/Dictionary.h"
+#include "standalone/Files/SaveFile.h"
 
 namespace applydic {
 
@@ -19,8 +20,9 @@ struct Outcome {
   // namesake, and those of the working file that no command reached (see velahost::Reach).
   std::vector<std::string> notPaired;
   std::vector<std::string> notReached;
-  // The path to which the codebook is written; nothing for a dry run.
+  // The path to which the codebook is written, "-" for standard output; nothing for a dry run.
   std::optional<std::string> written;
+  velahost::Saved saved;  // what became of the file that was there
 };
 
 }  // namespace applydic

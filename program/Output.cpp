@@ -34,9 +34,14 @@ bool WriteAll(int descriptor, std::string_view text) {
   return true;
 }
 
+std::string fileInMessages;  // with ": " behind it, or empty
+
 void WriteLine(const char* kind, std::string_view message) {
+  std::string_view file = fileInMessages;
+  if (message.starts_with(file)) file = "";
   const Progress::Pause pause;
-  WriteAll(STDERR_FILENO, fmt::format("applydic: {}: {}\n", kind, MakeVisible(message)));
+  WriteAll(STDERR_FILENO,
+           fmt::format("applydic: {}: {}{}\n", kind, MakeVisible(file), MakeVisible(message)));
 }
 
 bool IsHidden(int code) {
@@ -76,7 +81,7 @@ void WriteForReader(Stream stream,
   std::string text;
   const auto flush = [&] {
     if (stream == Stream::Aside) {
-      WriteAll(STDERR_FILENO, text);
+      WriteAside(text);
     } else {
       WriteOutput(text);
     }
@@ -93,12 +98,20 @@ void WriteForReader(Stream stream,
   }
 }
 
+void WriteAside(std::string_view text) {
+  if (text.empty()) return;
+  const Progress::Pause pause;
+  WriteAll(STDERR_FILENO, text);
+}
+
 bool IsStandardOutput(const std::string& path) {
   struct stat named = {};
   struct stat output = {};
   return stat(path.c_str(), &named) == 0 && fstat(STDOUT_FILENO, &output) == 0 &&
          named.st_dev == output.st_dev && named.st_ino == output.st_ino;
 }
+
+void NameInMessages(const std::string& file) { fileInMessages = file + ": "; }
 
 void WriteWarning(std::string_view message) { WriteLine("warning", message); }
 
@@ -110,17 +123,17 @@ void WriteFileError(const velahost::FileError& error) {
   WriteAll(STDERR_FILENO, MarkedLine(error.line, {1, static_cast<int>(error.column)}));
 }
 
-void WriteDiagnostic(const velahost::Diagnostic& diagnostic, const velahost::Command& command) {
+void WriteDiagnostic(const velahost::Diagnostic& diagnostic, const velahost::Command* command) {
   if (diagnostic.level >= velahost::Severity::Error) {
     WriteError(diagnostic.shown);
   } else {
     WriteWarning(diagnostic.shown);
   }
   std::string below;
-  const bool hasPassword =
-      std::any_of(command.tokens.begin(), command.tokens.end(), velahost::IsPasswordKeyword);
-  if (diagnostic.place && command.text && !hasPassword) {
-    below = MarkedLine(*command.text, *diagnostic.place);
+  if (diagnostic.place && command != nullptr && command->text) {
+    const bool hasPassword =
+        std::any_of(command->tokens.begin(), command->tokens.end(), velahost::IsPasswordKeyword);
+    if (!hasPassword) below = MarkedLine(*command->text, *diagnostic.place);
   }
   if (!diagnostic.advice.empty()) below += "  " + MakeVisible(diagnostic.advice) + "\n";
   const Progress::Pause pause;

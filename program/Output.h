@@ -25,8 +25,14 @@ enum class Stream : std::uint8_t { Output, Aside };
 void WriteForReader(Stream stream,
                     const std::function<void(const velahost::ByteSink& sink)>& write);
 
+// Writes a text to standard error as it is. Ignores failures.
+void WriteAside(std::string_view text);
+
 // Whether a path names what standard output goes to.
 bool IsStandardOutput(const std::string& path);
+
+// From now on messages begin with the file that they are about, unless they do so already.
+void NameInMessages(const std::string& file);
 
 // Write one line to standard error: "applydic: warning: " or "applydic: error: " and the message,
 // with control characters made visible. Ignore failures: there is nowhere else to report them.
@@ -35,9 +41,9 @@ void WriteError(std::string_view message);
 // Does the same for an error of a file, with the line that it is about below it.
 void WriteFileError(const velahost::FileError& error);
 // Does the same for a diagnostic of a run: an error from level 3 on, else a warning. Below it stand
-// the line of the commands that it is about, with a mark under the place, unless the line may have
-// a password, and the advice.
-void WriteDiagnostic(const velahost::Diagnostic& diagnostic, const velahost::Command& command);
+// the line of the command that it is about, with a mark under the place, unless the command has a
+// password, and the advice. A null command shows no line.
+void WriteDiagnostic(const velahost::Diagnostic& diagnostic, const velahost::Command* command);
 
 // Makes a text safe for one line of a terminal: spells control characters, line separators,
 // characters that change the direction of writing and bytes that are no character with a backslash.

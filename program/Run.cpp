@@ -1,5 +1,7 @@
 #include "program/Run.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <exception>
@@ -8,6 +10,7 @@
 #include <utility>
 
 #include "program/Failure.h"
+#include "program/Input.h"
 #include "program/Output.h"
 #include "program/Progress.h"
 #include "standalone/Files/SaveFile.h"
@@ -16,21 +19,21 @@
 namespace applydic {
 namespace {
 
-// Writes the diagnostics of a run to standard error, each one once.
-class DiagnosticsWriter {
+// Reports the diagnostics of a run, each one once.
+class Reporter {
  public:
-  explicit DiagnosticsWriter(const velahost::Host& host) : host_(host) {}
+  Reporter(const velahost::Diagnostics& diagnostics, const DiagnosticReport& report)
+      : diagnostics_(diagnostics), report_(report) {}
 
-  void WriteNew() {
-    const std::vector<velahost::Diagnostic>& all = host_.diagnostics.All();
-    for (; written_ < all.size(); ++written_) {
-      WriteDiagnostic(all[written_], host_.CurrentCommand());
-    }
+  void ReportNew(const velahost::Command* command) {
+    const std::vector<velahost::Diagnostic>& all = diagnostics_.All();
+    for (; reported_ < all.size(); ++reported_) report_(all[reported_], command);
   }
 
  private:
-  const velahost::Host& host_;
-  std::size_t written_ = 0;
+  const velahost::Diagnostics& diagnostics_;
+  const DiagnosticReport& report_;
+  std::size_t reported_ = 0;
 };
 
 // Calls the library once. Reports what it throws as an error of the run.
@@ -53,11 +56,15 @@ std::vector<std::string> Strings(const std::vector<velahost::Text>& texts) {
 
 }  // namespace
 
+void ReportAside(const velahost::Diagnostic& diagnostic, const velahost::Command* command) {
+  WriteDiagnostic(diagnostic, command);
+}
+
 Run::Run(velahost::Host& host, const std::string& working, std::vector<velahost::Command> commands,
          const std::optional<std::string>& language)
     : host_(host), commands_(std::move(commands)) {
   const Progress::Stage stage("Reading " + MakeVisible(working));
-  velahost::CodebookBytes bytes = velahost::ReadCodebook(working);
+  velahost::CodebookBytes bytes = ReadFileOrInput(working);
   sources_ = std::make_shared<SourceReader>(commands_.front(),
                                             language ? *language : bytes.GuessLanguage());
   host.SetWorking(velahost::OpenCodebook(std::move(bytes), velahost::OpenFor::Writing, language));
@@ -69,27 +76,31 @@ Run::Run(velahost::Host& host, const std::string& working, std::vector<velahost:
 void Run::SetDestination(Destination destination) {
   destination_ = std::move(destination);
   if (destination_.path && !destination_.isStandardOutput) {
-    velahost::CheckCanSave(*destination_.path);
+    velahost::CheckCanSave(*destination_.path, destination_.backupSuffix);
   }
 }
 
-std::optional<Outcome> Run::RunCommands(EntryPoint applyDictionary) {
-  DiagnosticsWriter diagnostics(host_);
-  diagnostics.WriteNew();
+std::optional<Outcome> Run::RunCommands(EntryPoint applyDictionary, AfterError afterError,
+                                        const DiagnosticReport& report) {
+  Reporter reporter(host_.diagnostics, report);
+  reporter.ReportNew(nullptr);
   const bool isOne = commands_.size() == 1;
   Progress::Stage stage(isOne ? "Pairing variables" : "Applying command",
                         isOne ? Progress::Count::Time : Progress::Count::Items, commands_.size());
+  bool hasErrors = false;
   for (velahost::Command& command : commands_) {
     stage.Advance(1);
     host_.SetCommand(std::move(command));
     Call(applyDictionary, host_.diagnostics);
-    diagnostics.WriteNew();
-    if (host_.diagnostics.FatalError()) return std::nullopt;
+    reporter.ReportNew(&host_.CurrentCommand());
+    hasErrors = hasErrors || host_.diagnostics.FatalError();
+    if (hasErrors && afterError == AfterError::Stop) break;
   }
+  if (hasErrors) return std::nullopt;
   return OutcomeNow();
 }
 
-void Run::Write(const Outcome& outcome) const {
+void Run::Write(Outcome& outcome) const {
   RefuseSource();
   const std::string what =
       destination_.path ? "Writing " + MakeVisible(*destination_.path) : "Trying to write";
@@ -103,12 +114,12 @@ void Run::Write(const Outcome& outcome) const {
   };
   if (!destination_.path) return write([](std::string_view) {});
   if (destination_.isStandardOutput) return write(WriteOutput);
-  velahost::SaveFile(*destination_.path, write);
+  outcome.saved = velahost::SaveFile(*destination_.path, write, destination_.backupSuffix);
 }
 
 Outcome Run::OutcomeNow() const {
   const velahost::CodebookFile& working = host_.WorkingFile();
-  Outcome outcome{working, host_.WorkingDictionary(), {}, {}, {}, destination_.path};
+  Outcome outcome{working, host_.WorkingDictionary(), {}, {}, {}, destination_.path, {}};
   outcome.changes = velahost::ChangesBetween(working.dictionary, outcome.dictionary);
   const velahost::Reach& reach = host_.ReachOfRun();
   outcome.notPaired = Strings(reach.NotPaired());
@@ -118,14 +129,33 @@ Outcome Run::OutcomeNow() const {
   return outcome;
 }
 
+std::vector<std::pair<std::string, velahost::FileIdentity>> Run::Replaced() const {
+  std::vector<std::pair<std::string, velahost::FileIdentity>> replaced;
+  const auto add = [&](const std::string& path, std::optional<velahost::FileIdentity> there) {
+    if (there) replaced.emplace_back(path, *there);
+  };
+  if (!destination_.path) return replaced;
+  if (destination_.isStandardOutput) {
+    add(*destination_.path, velahost::IdentityOf(STDOUT_FILENO));
+    return replaced;
+  }
+  add(*destination_.path, velahost::IdentityAt(*destination_.path));
+  if (destination_.backupSuffix) {
+    const std::string backup =
+        velahost::PathsWritten(*destination_.path, destination_.backupSuffix).back();
+    add(backup, velahost::IdentityAt(backup));
+  }
+  return replaced;
+}
+
 void Run::RefuseSource() const {
-  if (!destination_.path) return;
-  const std::optional<velahost::FileIdentity> there = velahost::IdentityAt(*destination_.path);
-  if (!there || *there == Working().identity) return;
   const std::vector<velahost::FileIdentity>& opened = sources_->Opened();
-  if (std::find(opened.begin(), opened.end(), *there) == opened.end()) return;
-  throw Failure("Cannot write " + *destination_.path +
-                ": the dictionary was read from this file; write to another file.");
+  for (const auto& [path, file] : Replaced()) {
+    if (!destination_.isShared && file == Working().identity) continue;
+    if (std::find(opened.begin(), opened.end(), file) == opened.end()) continue;
+    throw Failure("Cannot write " + path +
+                  ": the dictionary was read from this file; write to another file.");
+  }
 }
 
 }  // namespace applydic

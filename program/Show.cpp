@@ -7,6 +7,7 @@
 
 #include "program/DictionaryJson.h"
 #include "program/DictionaryTable.h"
+#include "program/Input.h"
 #include "program/Listing.h"
 #include "program/Output.h"
 #include "program/Progress.h"
@@ -158,7 +159,7 @@ void WriteDictionary(const CodebookFile& file, const std::vector<std::size_t>& c
 
 CodebookFile Open(const ShowOptions& options) {
   const Progress::Stage stage("Reading " + MakeVisible(options.file));
-  return velahost::OpenCodebook(options.file, velahost::OpenFor::Showing, options.language);
+  return OpenFileOrInput(options.file, velahost::OpenFor::Showing, options.language);
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ void KeepStandardStreams() {
 // Ends the program with a message where memory runs out in a place that lets nothing pass, such as
 // before main.
 [[noreturn]] void EndWithoutMemory() {
-  WriteError("There is not enough memory.");
+  WriteError(kNoMemory);
   std::_Exit(kCannotRun);
 }
 
@@ -66,7 +66,7 @@ ExitStatus Run(const Request& request, velahost::Host& host) {
 int main(int argc, char** argv) {
   applydic::IgnoreSignalsOfWriting();
   applydic::KeepStandardStreams();
-  try {
+  return applydic::ReportFailures([argc, argv]() -> applydic::ExitStatus {
     const applydic::Request request = applydic::ReadCommandLine(argc, argv);
     const applydic::Progress progress;
     velahost::Host host;
@@ -74,12 +74,5 @@ int main(int argc, char** argv) {
     // Everything is written. To take the host's dictionaries apart piece by piece would only give
     // back memory that the system takes back at once.
     std::_Exit(status);
-  } catch (const std::bad_alloc&) {
-    applydic::WriteError("There is not enough memory.");
-  } catch (const velahost::FileError& error) {
-    applydic::WriteFileError(error);
-  } catch (const std::exception& exception) {
-    applydic::WriteError(exception.what());
-  }
-  return applydic::kCannotRun;
+  });
 }

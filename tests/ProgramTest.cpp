@@ -1,15 +1,13 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <future>
 #include <ostream>
 #include <string>
 #include <vector>
 
-#include "tests/HostRun.h"
+#include "tests/ProgramRun.h"
 
 // The program from outside: what it answers, what it ends with, and what it leaves on disk.
 
@@ -25,7 +23,7 @@ constexpr const char* kSource =
     "<var name='N'><labl>N</labl><labl xml:lang='sv'>Nio</labl><qstn>How <qstnLit>many?</qstnLit>"
     "<ivuInstr>Ask</ivuInstr></qstn></var></dataDscr></codeBook>";
 
-class Program : public testing::Test {
+class Program : public ProgramRun {
  protected:
   Program() {
     folder_.Write("w.xml", kWorking);
@@ -38,29 +36,6 @@ class Program : public testing::Test {
     folder_.Write("++", "");
     std::filesystem::resize_file(folder_.At("++"), std::uintmax_t{5} << 30);
   }
-
-  // Runs the program in the folder, its arguments as the shell takes them.
-  int Run(const std::string& arguments) {
-    const std::string command =
-        "cd '" + folder_.At("") + "' && '" + APPLYDIC_PROGRAM + "' " + arguments + " >out 2>err";
-    const int status = std::system(command.c_str());
-    out_ = folder_.Read("out");
-    err_ = folder_.Read("err");
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
-  nlohmann::json Outcome() const { return nlohmann::json::parse(out_); }
-  // The folder's files, without what the program printed.
-  std::vector<std::string> Files() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.At(""))) {
-      const std::string name = entry.path().filename();
-      if (name != "out" && name != "err") names.push_back(name);
-    }
-    return names;
-  }
-
-  const Folder folder_;
-  std::string out_, err_;
 };
 
 TEST_F(Program, RefusesWrongUsageAndWhatItCannotReadOrWrite) {
@@ -75,6 +50,16 @@ TEST_F(Program, RefusesWrongUsageAndWhatItCannotReadOrWrite) {
       {"apply -c x -n -i w.xml", "Give exactly one of --output, --in-place and --dry-run"},
       {"apply -c x -n -o o w.xml", "Give exactly one of --output, --in-place and --dry-run"},
       {"apply -c x -o '' w.xml", "empty"},
+      {"apply -c x -i - <w.xml", "--in-place writes over a file"},
+      {"apply -c x -o folder/ - <w.xml", "name a file after --output"},
+      {"apply -f - -n - <w.xml", "cannot be both"},
+      {"apply -c x -n w.xml - <s.xml", "give it alone"},
+      {"apply -c x -o - w.xml s.xml", "give --output a folder"},
+      {"apply -c x -n --backup w.xml", "--backup keeps a file that is replaced"},
+      {"apply -c x -i --backup=/x w.xml", "--backup takes the end of a file's name"},
+      {"apply -c x -n --jobs 0 w.xml", "--jobs takes a number from 1"},
+      {"apply -c \"FROM *\" -n - <&-", "standard input: cannot be read"},
+      {"diff - - <w.xml", "name a file for the other"},
       {"apply -c x -n --frob w.xml", "--frob"},
       {"apply -c \"FROM *\" --json -n none.xml", "none.xml: cannot be read"},
       {"apply -c \"FROM *\" --json -n 'w.xml#F2'", "has no data file with the ID F2: it has F1"},
@@ -176,7 +161,8 @@ TEST_F(Program, TellsTheOutcomeAsJson) {
                  "old": {"label": null}, "new": {"label": "S"}}],
     "added": ["N"], "file": ["label", "weight"],
     "fileValues": {"old": {"label": null, "weight": null}, "new": {"label": "File", "weight": "a"}},
-    "notPaired": [], "notReached": [], "written": "o.xml"})"));
+    "notPaired": [], "notReached": [], "written": "o.xml", "replaced": false, "backup": null,
+    "notKept": []})"));
   EXPECT_EQ(err_, "applydic: warning: s: Missing values not applied: some values too long...\n");
   EXPECT_EQ(folder_.Read("w.xml"), kWorking);
   EXPECT_EQ(Run("apply --json -c \"FROM *\" -n 'w.xml#F1'"), 0);

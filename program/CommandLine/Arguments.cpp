@@ -16,6 +16,11 @@ void Arguments::DeclareFile(const char* name, const char* description, std::stri
   command_.add_option(name, path, description)->required()->type_name("");
 }
 
+void Arguments::DeclareFiles(const char* name, const char* description,
+                             std::vector<std::string>& paths) {
+  command_.add_option(name, paths, description)->required()->type_name("");
+}
+
 void Arguments::DeclareNames(const char* name, const char* description,
                              std::vector<std::string>& names) {
   command_.add_option(name, names, description)->type_name("");
@@ -33,6 +38,11 @@ CLI::Option& Arguments::DeclareFlag(const char* names, const char* description, 
   CLI::Option& option = *command_.add_flag(names, isGiven, description)->disable_flag_override();
   if (!group.empty()) option.group(group);
   return option;
+}
+
+void Arguments::DeclareFlagWithText(const char* names, const char* kind, const char* description,
+                                    std::string& text) {
+  command_.add_flag(names, text, description)->type_name(kind);
 }
 
 void Arguments::DeclareLanguage() {

@@ -32,11 +32,15 @@ class Arguments {
   // Declare to the parser; options in a group, if one is named. What is set lives as long as this
   // object.
   void DeclareFile(const char* name, const char* description, std::string& path);
+  void DeclareFiles(const char* name, const char* description, std::vector<std::string>& paths);
   void DeclareNames(const char* name, const char* description, std::vector<std::string>& names);
   CLI::Option& DeclareText(const char* names, const char* kind, const char* description,
                            std::string& text, const std::string& group = "");
   CLI::Option& DeclareFlag(const char* names, const char* description, bool& isGiven,
                            const std::string& group = "");
+  // A flag that may be given a text, --name=TEXT; names ends with what it is without one in braces.
+  void DeclareFlagWithText(const char* names, const char* kind, const char* description,
+                           std::string& text);
   void DeclareLanguage();
   void DeclareColor();
 

@@ -1,4 +1,5 @@
 #include "program/CommandLine/Arguments.h"
+#include "program/Input.h"
 
 namespace applydic {
 namespace {
@@ -17,7 +18,7 @@ constexpr const char* kExamples =
 class DiffArguments : public Arguments {
  public:
   explicit DiffArguments(CLI::App& program) : Arguments(program, "diff", kDescription, kExamples) {
-    DeclareFile("OLD", "The one codebook, or OLD#ID", options_.before);
+    DeclareFile("OLD", "The one codebook, or OLD#ID ('-': standard input)", options_.before);
     DeclareFile("NEW", "The other codebook, or NEW#ID", options_.now);
     DeclareFlag("-q,--quiet", "Print nothing: the exit status tells", options_.isQuiet);
     DeclareFlag("--json", "Print the difference as JSON", options_.json);
@@ -29,6 +30,9 @@ class DiffArguments : public Arguments {
     DiffOptions options = options_;
     if (options.before.empty()) Refuse("OLD is empty: name a file");
     if (options.now.empty()) Refuse("NEW is empty: name a file");
+    if (IsInput(options.before) && IsInput(options.now)) {
+      Refuse("Standard input ('-') is one codebook: name a file for the other");
+    }
     options.language = Language();
     options.color = Color();
     return options;

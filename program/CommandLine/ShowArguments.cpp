@@ -18,7 +18,7 @@ constexpr const char* kExamples =
 class ShowArguments : public Arguments {
  public:
   explicit ShowArguments(CLI::App& program) : Arguments(program, "show", kDescription, kExamples) {
-    DeclareFile("FILE", "The codebook, or FILE#ID", options_.file);
+    DeclareFile("FILE", "The codebook, or FILE#ID ('-': standard input)", options_.file);
     DeclareNames("VARIABLE", "Only these variables, each in full", options_.variables);
     DeclareFlag("--json", "Print the dictionary as JSON", options_.json);
     DeclareColor();

@@ -48,6 +48,9 @@ struct CodebookFile {
 CodebookFile OpenCodebook(const std::string& specification, OpenFor use = OpenFor::Writing,
                           const std::optional<std::string>& language = {});
 
+// The path of the document that a specification names.
+std::string PathIn(const std::string& specification);
+
 // The bytes of the document that a specification names, to be opened once something is known of it.
 struct CodebookBytes {
   std::string path;
@@ -59,6 +62,8 @@ struct CodebookBytes {
 };
 // Throws FileError.
 CodebookBytes ReadCodebook(const std::string& specification);
+// The same of an open file, which may be a pipe. Messages name it by the name.
+CodebookBytes ReadCodebook(int file, const std::string& name, const std::optional<std::string>& id);
 // Opens the file, as from its specification. Throws FileError.
 CodebookFile OpenCodebook(CodebookBytes bytes, OpenFor use,
                           const std::optional<std::string>& language);

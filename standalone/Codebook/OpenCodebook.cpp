@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -49,6 +50,17 @@ DocumentReading ReadNamed(const std::string& path, std::string_view text, OpenFo
   } catch (const XmlError& error) {
     Refuse(path, text, error);
   }
+}
+
+// What looks at the first bytes of a document, and throws FileError when they begin none.
+std::function<void(std::string_view first)> StartChecker(const std::string& path) {
+  return [&path](std::string_view first) {
+    try {
+      CheckStart(first);
+    } catch (const XmlError& error) {
+      Refuse(path, first, error);
+    }
+  };
 }
 
 // The place of the data file of that ID, or of the first.
@@ -340,16 +352,19 @@ CodebookFile OpenCodebook(const std::string& specification, OpenFor use,
 
 std::string CodebookBytes::GuessLanguage() const { return GuessLabelLanguage(read.bytes.View()); }
 
+std::string PathIn(const std::string& specification) {
+  return SplitSpecification(specification).first;
+}
+
 CodebookBytes ReadCodebook(const std::string& specification) {
   auto [path, id] = SplitSpecification(specification);
-  FileBytes read = ReadFile(path, kMostBytes, [&path = path](std::string_view first) {
-    try {
-      CheckStart(first);
-    } catch (const XmlError& error) {
-      Refuse(path, first, error);
-    }
-  });
+  FileBytes read = ReadFile(path, kMostBytes, StartChecker(path));
   return {std::move(path), std::move(id), std::move(read)};
+}
+
+CodebookBytes ReadCodebook(int file, const std::string& name,
+                           const std::optional<std::string>& id) {
+  return {name, id, ReadInput(file, name, kMostBytes, StartChecker(name))};
 }
 
 CodebookFile OpenCodebook(CodebookBytes bytes, OpenFor use,

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <utility>
+
 namespace velahost {
 
 // An open file, closed at the end of its life.
@@ -11,6 +13,7 @@ class Descriptor {
   explicit Descriptor(int number) : number_(number) {}
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
   ~Descriptor() {
     if (number_ >= 0) close(number_);
   }

@@ -20,17 +20,42 @@ namespace {
 }
 
 // Reads up to `most` bytes; fewer only at the end of the file.
-std::size_t ReadUpTo(const Descriptor& file, char* into, std::size_t most,
-                     const std::string& path) {
+std::size_t ReadUpTo(int file, char* into, std::size_t most, const std::string& path) {
   std::size_t length = 0;
   while (length < most) {
-    const ssize_t count = read(file.Number(), into + length, most - length);
+    const ssize_t count = read(file, into + length, most - length);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) CannotRead(path, std::strerror(errno));
     if (count == 0) break;
     length += static_cast<std::size_t>(count);
   }
   return length;
+}
+
+[[noreturn]] void FailAsTooLong(const std::string& path, std::size_t most) {
+  CannotRead(path, "it has more than " + std::to_string(most >> 20) + " MB");
+}
+
+// Reads the rest of an open file, which is likely to have so many bytes.
+Bytes ReadRest(int file, std::size_t size, const std::string& path, std::size_t most,
+               const std::function<void(std::string_view first)>& look) {
+  // One byte more than expected shows the end of the file without another turn.
+  std::size_t room = size + 1;
+  Bytes bytes = Bytes::Room(room);
+  constexpr std::size_t kFirst = 4096;
+  std::size_t length = ReadUpTo(file, bytes.Data(), std::min(room, kFirst), path);
+  look({bytes.Data(), length});
+  length += ReadUpTo(file, bytes.Data() + length, room - length, path);
+  while (length == room && length <= most) {  // it has more than it seemed
+    room *= 2;
+    Bytes more = Bytes::Room(room);
+    std::copy_n(bytes.Data(), length, more.Data());
+    bytes = std::move(more);
+    length += ReadUpTo(file, bytes.Data() + length, room - length, path);
+  }
+  if (length > most) FailAsTooLong(path, most);
+  bytes.CutTo(length);
+  return bytes;
 }
 
 }  // namespace
@@ -65,28 +90,29 @@ FileBytes ReadFile(const std::string& path, std::size_t most,
     CannotRead(path, S_ISDIR(status.st_mode) ? "it is a folder" : "it is not a regular file");
   }
   const auto size = static_cast<std::size_t>(status.st_size);
-  if (size > most) CannotRead(path, "it has more than " + std::to_string(most >> 20) + " MB");
-  // One byte more than expected shows the end of the file without another turn.
-  std::size_t room = size + 1;
-  Bytes bytes = Bytes::Room(room);
-  constexpr std::size_t kFirst = 4096;
-  std::size_t length = ReadUpTo(file, bytes.Data(), std::min(room, kFirst), path);
-  look({bytes.Data(), length});
-  length += ReadUpTo(file, bytes.Data() + length, room - length, path);
-  while (length == room && length <= most) {  // the file has grown
-    room *= 2;
-    Bytes more = Bytes::Room(room);
-    std::copy_n(bytes.Data(), length, more.Data());
-    bytes = std::move(more);
-    length += ReadUpTo(file, bytes.Data() + length, room - length, path);
-  }
-  bytes.CutTo(length);
-  return {std::move(bytes), {status.st_dev, status.st_ino}};
+  if (size > most) FailAsTooLong(path, most);
+  return {ReadRest(file.Number(), size, path, most, look), {status.st_dev, status.st_ino}};
+}
+
+FileBytes ReadInput(int file, const std::string& name, std::size_t most,
+                    const std::function<void(std::string_view first)>& look) {
+  constexpr std::size_t kOfPipe = std::size_t{1} << 20;
+  struct stat status = {};
+  if (fstat(file, &status) != 0) CannotRead(name, std::strerror(errno));
+  const std::size_t size =
+      S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : kOfPipe;
+  return {ReadRest(file, std::min(size, most), name, most, look), {status.st_dev, status.st_ino}};
 }
 
 std::optional<FileIdentity> IdentityAt(const std::string& path) {
   struct stat status = {};
   if (stat(path.c_str(), &status) != 0) return std::nullopt;
+  return FileIdentity{status.st_dev, status.st_ino};
+}
+
+std::optional<FileIdentity> IdentityOf(int file) {
+  struct stat status = {};
+  if (fstat(file, &status) != 0) return std::nullopt;
   return FileIdentity{status.st_dev, status.st_ino};
 }
 

@@ -71,7 +71,14 @@ struct FileBytes {
 FileBytes ReadFile(const std::string& path, std::size_t most,
                    const std::function<void(std::string_view first)>& look);
 
+// Does the same with what an open file has from its place on; it may be a pipe. The name is what
+// messages name.
+FileBytes ReadInput(int file, const std::string& name, std::size_t most,
+                    const std::function<void(std::string_view first)>& look);
+
 // Which file stands at the path, links followed; nothing when there is none.
 std::optional<FileIdentity> IdentityAt(const std::string& path);
+// Which file is open; nothing when none is.
+std::optional<FileIdentity> IdentityOf(int file);
 
 }  // namespace velahost
