@@ -40,6 +40,12 @@ struct ApplyOptions : WorkOptions {
   ColorWhen color = ColorWhen::Auto;
 };
 
+// applydic check: tell what apply would refuse or warn about.
+struct CheckOptions : WorkOptions {
+  bool isStrict = false;  // warnings too make the status kErrorReported
+  bool json = false;
+};
+
 // applydic show: the dictionary of a codebook.
 struct ShowOptions {
   std::string file;                    // a path, or path#ID
@@ -64,7 +70,7 @@ struct Answer {
   std::string text;
 };
 
-using Request = std::variant<Answer, ApplyOptions, ShowOptions, DiffOptions>;
+using Request = std::variant<Answer, ApplyOptions, CheckOptions, ShowOptions, DiffOptions>;
 
 // Reads what the user asks for. Throws Failure for wrong usage; the message names the help to read.
 Request ReadCommandLine(int argc, const char* const* argv);

@@ -8,6 +8,7 @@
 #include <variant>
 
 #include "program/Apply.h"
+#include "program/Check.h"
 #include "program/CommandLine.h"
 #include "program/Diff.h"
 #include "program/Failure.h"
@@ -52,6 +53,7 @@ struct TerminateHandler {
 
 ExitStatus Run(const Request& request, velahost::Host& host) {
   if (const auto* apply = std::get_if<ApplyOptions>(&request)) return RunApply(*apply, host);
+  if (const auto* check = std::get_if<CheckOptions>(&request)) return RunCheck(*check, host);
   if (const auto* show = std::get_if<ShowOptions>(&request)) return RunShow(*show);
   if (const auto* diff = std::get_if<DiffOptions>(&request)) return RunDiff(*diff);
   WriteForReader(Stream::Output, [&request](const velahost::ByteSink& sink) {

@@ -150,4 +150,32 @@ TEST_F(ManyFiles, KeepABackupAndSaySo) {
   EXPECT_EQ(folder_.Read("s"), old);
 }
 
+TEST_F(ManyFiles, AreCheckedWithoutWriting) {
+  folder_.Write("c.txt", "FROM 's.xml' /FRON.\n\nFROM 'none.xml'.\n  FROM 's.xml' /SOURCE VAR=q.");
+  const std::vector<std::string> files = Files();
+  const std::string problems =
+      "c.txt:1:15: error: Subcommand FRON not known (line 1, column 15). Expect FROM, SOURCE, "
+      "TARGET, NEWVARS, FILEINFO or VARINFO...\n"
+      "c.txt:3:1: error: none.xml: cannot be read: No such file or directory\n"
+      "c.txt:4:28: error: Unknown variable q in SOURCE (line 4, column 28)...\n";
+  EXPECT_EQ(Run("check -f c.txt 2.xml"), 1);
+  EXPECT_EQ(out_, problems) << "of all commands";
+  EXPECT_EQ(Run("check -j 2 -f c.txt none.xml 2.xml"), 2);
+  EXPECT_TRUE(out_.starts_with("none.xml: error: cannot be read: No such file or directory\n"));
+  EXPECT_TRUE(out_.ends_with("(line 4, column 28)... [2.xml]\n")) << out_;
+  EXPECT_EQ(Run("check --json -f c.txt 2.xml"), 1);
+  EXPECT_EQ(Outcome()["errors"], 3);
+  EXPECT_EQ(Outcome()["problems"][2]["column"], 28);
+
+  folder_.Write("s.xml", Codebook("<labl>L</labl><catgry><labl>none</labl></catgry>"));
+  const std::string warned = "check -c \"FROM 's.xml'\" 2.xml";
+  EXPECT_EQ(Run(warned), 0);
+  EXPECT_TRUE(out_.starts_with("<command>:1:1: warning: s.xml: ")) << out_;
+  EXPECT_EQ(Run(warned + " --strict"), 1);
+  EXPECT_EQ(Run("check --strict -c 'FROM *' 2.xml"), 0);
+  EXPECT_EQ(out_, "");
+  EXPECT_EQ(Files(), files);
+  EXPECT_FALSE(IsLabelled("2.xml"));
+}
+
 }  // namespace

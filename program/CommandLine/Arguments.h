@@ -60,6 +60,7 @@ class Arguments {
 
 // Make the arguments of each command.
 std::unique_ptr<Arguments> MakeApplyArguments(CLI::App& program);
+std::unique_ptr<Arguments> MakeCheckArguments(CLI::App& program);
 std::unique_ptr<Arguments> MakeShowArguments(CLI::App& program);
 std::unique_ptr<Arguments> MakeDiffArguments(CLI::App& program);
 
