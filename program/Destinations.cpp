@@ -1,5 +1,6 @@
 #include "program/Destinations.h"
 
+#include <fmt/format.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
@@ -81,13 +82,17 @@ void CheckDestinations(const ApplyOptions& options) {
     for (const std::string& to : PathsOf(DestinationOf(options, path))) {
       const auto [other, isFirst] = writtenBy.emplace(to, working);
       if (!isFirst) {
-        throw Failure(other->second + " and " + working + " would both be written to " + to +
-                      ": nothing is done; apply to them one by one, or to different folders.");
+        throw Failure(
+            fmt::format("{} and {} would both be written to {}: nothing is done; apply to "
+                        "them one by one, or write to different folders.",
+                        other->second, working, to));
       }
       const auto read = readFrom.find(to);
       if (read != readFrom.end() && to != RealPath(path)) {
-        throw Failure(working + " would be written over " + read->second +
-                      ", another codebook to work on: nothing is done; write to another folder.");
+        throw Failure(
+            fmt::format("{} would be written over {}, another codebook to work on: nothing "
+                        "is done; write to another folder.",
+                        working, read->second));
       }
     }
   }
