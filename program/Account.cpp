@@ -7,7 +7,6 @@
 
 #include "program/DifferenceJson.h"
 #include "program/DifferenceText.h"
-#include "program/JsonStream.h"
 #include "program/Listing.h"
 #include "program/Output.h"
 #include "standalone/Comparison/Difference.h"
@@ -94,11 +93,17 @@ std::string AccountLine(const Outcome& outcome) {
 
 void WriteOutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
                       const std::optional<Outcome>& outcome, const velahost::ByteSink& sink) {
+  JsonStream json(sink);
+  WriteOutcomeMembers(diagnostics, outcome, json);
+  json.End();
+}
+
+void WriteOutcomeMembers(const std::vector<velahost::Diagnostic>& diagnostics,
+                         const std::optional<Outcome>& outcome, JsonStream& json) {
   static const velahost::CodebookFile kNone;
   static const Outcome kNothing = {kNone, {}, {}, {}, {}, {}, {}};
   const Outcome& result = outcome ? *outcome : kNothing;
   const Dictionary& before = result.working.dictionary;
-  JsonStream json(sink);
   json.BeginArray("diagnostics");
   for (const velahost::Diagnostic& diagnostic : diagnostics) {
     json.Element(DiagnosticJson(diagnostic));
@@ -114,7 +119,6 @@ void WriteOutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
   json.Member("replaced", result.saved.isReplaced);
   json.Member("backup", JsonOf(result.saved.backup));
   json.Member("notKept", result.saved.notKept);
-  json.End();
 }
 
 }  // namespace applydic

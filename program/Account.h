@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "program/JsonStream.h"
 #include "program/Outcome.h"
 #include "program/Terminal.h"
 #include "standalone/Files/File.h"
@@ -35,5 +36,8 @@ void WriteAccount(const Outcome& outcome, const AccountStyle& style, Page page,
 //   could not be taken over from it, [text, ...]
 void WriteOutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
                       const std::optional<Outcome>& outcome, const velahost::ByteSink& sink);
+// Adds the members of that object.
+void WriteOutcomeMembers(const std::vector<velahost::Diagnostic>& diagnostics,
+                         const std::optional<Outcome>& outcome, JsonStream& json);
 
 }  // namespace applydic

@@ -33,6 +33,7 @@ struct ApplyOptions : WorkOptions {
   std::optional<std::string> backupSuffix;  // of the name that keeps a file that is replaced
 
   // What is told of the run: an account, by default a screenful, or JSON.
+  std::optional<std::string> report;  // a page of it is written to this file
   bool json = false;
   bool isQuiet = false;     // nothing
   bool isVerbose = false;   // the whole account

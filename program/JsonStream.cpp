@@ -10,11 +10,15 @@ using Json = nlohmann::ordered_json;
 
 constexpr int kIndent = 2;
 
+std::string TextOf(const Json& json, int indent) {
+  return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
 // The text of a value, with each line after the first indented for that depth.
 std::string TextAt(std::size_t depth, const Json& json) {
   std::string indented;
   // A line feed in a string is spelled \n, so each that stands here ends a line.
-  for (const char c : json.dump(kIndent, ' ', false, Json::error_handler_t::replace)) {
+  for (const char c : TextOf(json, kIndent)) {
     indented += c;
     if (c == '\n') indented.append(depth * kIndent, ' ');
   }
@@ -24,13 +28,14 @@ std::string TextAt(std::size_t depth, const Json& json) {
 }  // namespace
 
 void JsonStream::BeginMember(const char* key) {
-  sink_(std::string(hasMembers_ ? ",\n  \"" : "{\n  \"") + key + "\": ");
+  sink_(std::string(hasMembers_ ? "," : "{") + IfIndented("\n  ") + "\"" + key +
+        "\":" + IfIndented(" "));
   hasMembers_ = true;
 }
 
 void JsonStream::Member(const char* key, const Json& value) {
   BeginMember(key);
-  sink_(TextAt(1, value));
+  sink_(layout_ == Layout::Indented ? TextAt(1, value) : TextOf(value, -1));
 }
 
 void JsonStream::BeginArray(const char* key) {
@@ -40,12 +45,20 @@ void JsonStream::BeginArray(const char* key) {
 }
 
 void JsonStream::Element(const Json& value) {
-  sink_((hasElements_ ? ",\n    " : "\n    ") + TextAt(2, value));
+  sink_(std::string(hasElements_ ? "," : "") + IfIndented("\n    ") +
+        (layout_ == Layout::Indented ? TextAt(2, value) : TextOf(value, -1)));
   hasElements_ = true;
 }
 
-void JsonStream::EndArray() { sink_(hasElements_ ? "\n  ]" : "]"); }
+void JsonStream::EndArray() {
+  if (hasElements_) sink_(IfIndented("\n  "));
+  sink_("]");
+}
 
-void JsonStream::End() { sink_(hasMembers_ ? "\n}\n" : "{}\n"); }
+void JsonStream::End() {
+  if (!hasMembers_) return sink_("{}\n");
+  sink_(IfIndented("\n"));
+  sink_("}\n");
+}
 
 }  // namespace applydic

@@ -37,6 +37,7 @@ class ApplyArguments : public WorkArguments {
     DeclareFlag("--diff", "Old and new values, as --dry-run does", options_.difference, told);
     DeclareFlag("--json", "The outcome as JSON; of several codebooks, one on a line", options_.json,
                 told);
+    DeclareText("--report", "FILE", "Write a report of it, a page for a browser", report_, told);
     DeclareColor();
   }
 
@@ -45,6 +46,7 @@ class ApplyArguments : public WorkArguments {
     ReadWork(options);
     options.output = ValueOf("--output", output_);
     options.backupSuffix = ValueOf("--backup", backupSuffix_);
+    options.report = ValueOf("--report", report_);
     options.color = Color();
     const int destinations =
         (options.output ? 1 : 0) + (options.inPlace ? 1 : 0) + (options.dryRun ? 1 : 0);
@@ -54,6 +56,7 @@ class ApplyArguments : public WorkArguments {
     }
     CheckOutput(options);
     CheckBackup(options);
+    CheckReport(options);
     return options;
   }
 
@@ -70,6 +73,14 @@ class ApplyArguments : public WorkArguments {
     }
   }
 
+  void CheckReport(const ApplyOptions& options) const {
+    if (!options.report) return;
+    if (options.report->empty() || options.report == "-") {
+      Refuse("The report is written to a file: name one after --report");
+    }
+    if (options.working.size() > 1) Refuse("A report is of one codebook: give one WORKING");
+  }
+
   void CheckBackup(const ApplyOptions& options) const {
     if (!options.backupSuffix) return;
     if (options.backupSuffix->empty() || options.backupSuffix->find('/') != std::string::npos) {
@@ -84,6 +95,7 @@ class ApplyArguments : public WorkArguments {
   ApplyOptions options_;
   std::string output_;
   std::string backupSuffix_;
+  std::string report_;
 };
 
 }  // namespace

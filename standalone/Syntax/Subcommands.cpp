@@ -220,4 +220,46 @@ std::string ShownText(const Token& token, bool mayBePassword) {
   return isString ? std::string(token.typed.substr(0, 1)) : "(not shown)";
 }
 
+namespace {
+
+// The tokens of a command that may belong to a password: what follows such a keyword in its
+// subcommand. In a list of variables, where a name may look like the keyword, that is strings
+// alone.
+std::vector<Token> PasswordTokens(const Command& command) {
+  std::vector<Token> found;
+  bool startsSubcommand = true;
+  bool isList = false;
+  bool mayBePassword = false;
+  for (const Token& token : command.tokens) {
+    const bool isString = token.kind == Token::String || token.kind == Token::UnclosedString;
+    if (token.kind == Token::End || token.Is('/')) {
+      startsSubcommand = true;
+      mayBePassword = false;
+      continue;
+    }
+    if (startsSubcommand) isList = token.IsKeyword("SOURCE") || token.IsKeyword("TARGET");
+    startsSubcommand = false;
+    if (mayBePassword && (isString || !isList) && !token.IsKeyword("NONE")) found.push_back(token);
+    mayBePassword = mayBePassword || IsPasswordKeyword(token);
+  }
+  return found;
+}
+
+}  // namespace
+
+std::string TextWithoutPasswords(const std::vector<Command>& commands) {
+  const std::string_view text = *commands.front().text;
+  std::string shown;
+  std::size_t position = 0;
+  for (const Command& command : commands) {
+    for (const Token& token : PasswordTokens(command)) {
+      const auto place = static_cast<std::size_t>(token.typed.data() - text.data());
+      shown += text.substr(position, place - position);
+      shown += "(not shown)";
+      position = place + token.typed.size();
+    }
+  }
+  return shown += text.substr(position);
+}
+
 }  // namespace velahost

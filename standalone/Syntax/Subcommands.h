@@ -43,5 +43,8 @@ std::optional<std::string> SourceNamedIn(const Command& command);
 bool IsPasswordKeyword(const Token& token);
 // A token for a message, as it was typed; where it may belong to a password, a quote at most.
 std::string ShownText(const Token& token, bool mayBePassword);
+// The text of commands that were split from one text, with "(not shown)" in the place of all that
+// may belong to a password. REQUIRES: at least one command.
+std::string TextWithoutPasswords(const std::vector<Command>& commands);
 
 }  // namespace velahost
