@@ -126,15 +126,16 @@ function setItems(sets) {
   }));
 }
 
-/** @type {Map<string, (value: any) => Item[]>} */
-const LISTS = new Map([
-  ["valueLabels", labelItems],
-  ["attributes", attributeItems],
-  ["documentation", documentationItems],
-  ["documents", documentItems],
-  ["mrsets", setItems],
-  ["varsets", setItems],
-]);
+const LISTS = new Map(
+  /** @type {[string, (value: any) => Item[]][]} */ ([
+    ["valueLabels", labelItems],
+    ["attributes", attributeItems],
+    ["documentation", documentationItems],
+    ["documents", documentItems],
+    ["mrsets", setItems],
+    ["varsets", setItems],
+  ]),
+);
 
 /** @param {{count: number, values: (string | number | null)[]}} missing */
 function missingText({ count, values }) {
@@ -152,14 +153,15 @@ function formatText(format) {
   return `${type}${width === 0 ? "" : width}${decimals === 0 ? "" : `.${decimals}`}`;
 }
 
-/** @type {Map<string, (value: any) => string | null>} */
-const TEXTS = new Map([
-  ["type", (type) => (type === 0 ? "number" : `string of ${type}`)],
-  ["missing", missingText],
-  ["print", formatText],
-  ["write", formatText],
-  ["columnWidth", (width) => (width === 0 ? null : String(width))],
-]);
+const TEXTS = new Map(
+  /** @type {[string, (value: any) => string | null][]} */ ([
+    ["type", (type) => (type === 0 ? "number" : `string of ${type}`)],
+    ["missing", missingText],
+    ["print", formatText],
+    ["write", formatText],
+    ["columnWidth", (width) => (width === 0 ? null : String(width))],
+  ]),
+);
 
 /** @param {string} property @param {any} value */
 function textOf(property, value) {

@@ -82,7 +82,7 @@ function headOf({ title, rows, isReordered }) {
     element(
       "th",
       { scope: "rowgroup", colspan: 3, role: "rowheader" },
-      capitalized(title),
+      `${capitalized(title)} `,
       element("span", { class: "told" }, told.join(", ")),
     ),
   );

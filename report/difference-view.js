@@ -19,17 +19,13 @@ import {
 import { Facet } from "./facet.js";
 import { headingOf, levelName, messageList } from "./message-list.js";
 import { nameList } from "./name-list.js";
-import { RowList } from "./row-list.js";
-import { rowHeight, variableRow } from "./variable-row.js";
+import { VariableList } from "./variable-list.js";
 
-/** @typedef {import("./entries.js").Difference} Difference */
 /** @typedef {import("./entries.js").Criteria} Criteria */
+/** @typedef {import("./entries.js").Difference} Difference */
+/** @typedef {import("./entries.js").MessageKind} MessageKind */
 /** @typedef {import("./entries.js").Variable} Variable */
-
-/** Of so few changed variables all are open at first. */
-const FEW_VARIABLES = 10;
-/** How many rows a page key goes. */
-const ROWS_OF_PAGE = 10;
+/** @typedef {import("./facet.js").Choice} Choice */
 
 /** The lists of names, with what their variables are. */
 const NAME_LISTS = /** @type {const} */ ([
@@ -45,11 +41,14 @@ const ORDERS = /** @type {const} */ ([
   ["changes", "Most changes"],
 ]);
 
+/** Of how many variables the text for searches is made at once, when nothing else happens. */
+const TEXTS_AT_ONCE = 500;
+
 /**
  * Shows a difference in an element, whose content it replaces.
  *
  * Keys: "/" goes to the search; arrow keys, page keys, Home and End go through the variables, Enter
- * opens and closes one.
+ * opens and closes one. Before it is printed, all that meets the criteria is drawn and opened.
  *
  * @param {HTMLElement} container
  * @param {Difference} difference
@@ -59,54 +58,51 @@ const ORDERS = /** @type {const} */ ([
  * @returns {{close: () => void}} close ends what the view does outside its element
  */
 export function showDifference(container, difference, options = {}) {
-  const view = new DifferenceView(container, difference, options);
+  const { criteria = noCriteria(), onCriteria = () => {} } = options;
+  const view = new DifferenceView(difference, criteria, onCriteria);
+  container.replaceChildren(view.element);
   return { close: () => view.listeners.abort() };
 }
 
-/**
- * @typedef {import("./facet.js").Choice} Choice
- *
- * A part of the view: its heading, and how many of its things are shown.
- * @typedef {object} Section
- * @property {HTMLElement} element
- * @property {HTMLElement} body
- * @property {number} total
- * @property {(shown: number) => void} count
- */
-
 class DifferenceView {
   /**
-   * @param {HTMLElement} container
    * @param {Difference} difference
-   * @param {{criteria?: Criteria, onCriteria?: (criteria: Criteria) => void}} options
+   * @param {Criteria} criteria
+   * @param {(criteria: Criteria) => void} onCriteria
    */
-  constructor(container, difference, { criteria = noCriteria(), onCriteria = () => {} }) {
+  constructor(difference, criteria, onCriteria) {
     this.difference = difference;
     this.criteria = criteria;
     this.onCriteria = onCriteria;
-    this.labels = difference.labels ?? {};
     this.kinds = messageKinds(difference.diagnostics ?? []);
     this.variables = changedVariables(difference, this.kinds);
     this.byName = new Map(this.variables.map((variable) => [variable.name, variable]));
-    this.isAllOpen = this.variables.length <= FEW_VARIABLES;
-    /** @type {Set<Variable>} those that are not as isAllOpen says */
-    this.exceptions = new Set();
-    this.current = 0;
     this.isForPaper = false;
-    this.narrow = matchMedia("(max-width: 720px)");
-    this.listeners = new AbortController();
 
-    /** @type {HTMLElement[]} */
-    this.contents = [];
-    this.status = element("p", { class: "status", role: "status" });
     this.search = this.#makeSearch();
-    this.sections = this.#makeSections();
-    const filters = this.#makeFilters();
-    container.replaceChildren(
-      element("div", { class: "difference" }, filters, element("div", { class: "sections" }, ...this.sections)),
-    );
+    this.status = element("p", { class: "status", role: "status" });
+    this.clear = button({ class: "quiet" }, () => this.#clearCriteria(), "Show everything again");
+    const changed = () => this.#change({});
+    this.properties = new Facet("Changed in", this.#propertyChoices(), criteria.properties, changed);
+    this.messages = new Facet("Messages", this.#messageChoices(), criteria.messages, changed);
+
+    const { diagnostics = [], file = [] } = difference;
+    this.messageSection = new Section("messages", "Messages", diagnostics.length);
+    this.fileSection = new Section("file-items", "File-level items", file.length);
+    this.variableSection = new Section("changed", "Changed variables", this.variables.length);
+    this.nameSections = NAME_LISTS.map(([member, title]) => {
+      const names = difference[member] ?? [];
+      return { names, section: new Section(member, title, names.length) };
+    });
+    this.list = new VariableList(this.variables.length, { "aria-labelledby": "changed-heading" });
+    this.openAll = button({}, () => this.#toggleAll());
+    this.nothing = nothing();
+    this.variableSection.body.append(this.#makeTools(), this.list.element, this.nothing);
+    this.element = this.#arrange();
+
+    this.listeners = new AbortController();
     this.#listen();
-    this.update();
+    this.#update();
     this.#prepareSearch();
   }
 
@@ -124,15 +120,51 @@ class DifferenceView {
       })
     );
     input.value = this.criteria.search;
-    input.addEventListener("input", () => this.change({ search: input.value }));
+    input.addEventListener("input", () => this.#change({ search: input.value }));
     return input;
   }
 
-  #makeFilters() {
-    const { properties, messages } = this.criteria;
-    this.properties = new Facet("Changed in", this.#propertyChoices(), properties, () => this.change({}));
-    this.messages = new Facet("Messages", this.#messageChoices(), messages, () => this.change({}));
-    this.clear = button({ class: "quiet clear" }, () => this.clearCriteria(), "Show everything again");
+  /** @returns {Choice[]} */
+  #propertyChoices() {
+    const names = new Set(this.difference.changed.flatMap(({ properties }) => properties));
+    return inOrder(names).map((id) => ({ id, title: capitalized(titleOf(id)) }));
+  }
+
+  /** @returns {Choice[]} */
+  #messageChoices() {
+    const levels = [...new Set(this.kinds.map((kind) => kind.isError))];
+    const ofLevels = levels.map((isError) => ({
+      id: isError ? "error" : "warning",
+      title: `All ${levelName(isError).toLowerCase()}s`,
+    }));
+    const ofKinds = this.kinds.map((kind) => ({ id: kind.id, title: headingOf(kind) }));
+    return [...(levels.length > 1 ? ofLevels : []), ...ofKinds];
+  }
+
+  #makeTools() {
+    const order = /** @type {HTMLSelectElement} */ (
+      element(
+        "select",
+        { id: "difference-order" },
+        ...ORDERS.map(([id, title]) => element("option", { value: id }, title)),
+      )
+    );
+    order.value = this.criteria.order;
+    order.addEventListener("change", () => {
+      this.#change({ order: /** @type {Criteria["order"]} */ (order.value) });
+    });
+    const label = element("label", { for: order.id }, "Sort by");
+    return element("div", { class: "tools" }, label, order, this.openAll);
+  }
+
+  #arrange() {
+    const sections = [
+      this.messageSection,
+      this.fileSection,
+      this.variableSection,
+      ...this.nameSections.map(({ section }) => section),
+    ].filter(({ total }) => total > 0);
+    const links = sections.map((section) => section.link);
     const facets = element(
       "div",
       { class: "facets", id: "difference-facets" },
@@ -144,7 +176,7 @@ class DifferenceView {
       () => toggle.setAttribute("aria-expanded", String(facets.classList.toggle("open"))),
       "Filters",
     );
-    return element(
+    const filters = element(
       "aside",
       { class: "filters", "aria-label": "Search and filters" },
       element(
@@ -157,272 +189,150 @@ class DifferenceView {
       ),
       this.status,
       this.clear,
-      element("nav", { "aria-label": "Contents" }, element("ul", { role: "list" }, ...this.contents)),
+      element("nav", { "aria-label": "Contents" }, element("ul", { role: "list" }, ...links)),
       facets,
     );
-  }
-
-  /** @returns {Choice[]} */
-  #propertyChoices() {
-    /** @type {Set<string>} */
-    const names = new Set();
-    for (const { change } of this.variables) {
-      for (const property of change.properties) names.add(property);
-    }
-    return inOrder(names).map((id) => ({ id, title: capitalized(titleOf(id)) }));
-  }
-
-  /** @returns {Choice[]} */
-  #messageChoices() {
-    const levels = [...new Set(this.kinds.map((kind) => kind.isError))];
-    const ofLevels = levels.map((isError) => ({
-      id: isError ? "error" : "warning",
-      title: `All ${levelName(isError).toLowerCase()}s`,
-      className: isError ? "error" : "warning",
-    }));
-    const ofKinds = this.kinds.map((kind) => ({
-      id: kind.id,
-      title: headingOf(kind),
-      className: `kind ${levelOf(kind)}`,
-    }));
-    return [...(levels.length > 1 ? ofLevels : []), ...ofKinds];
-  }
-
-  #makeSections() {
-    const { difference } = this;
-    /** @type {HTMLElement[]} */
-    const sections = [];
-    const add = (/** @type {string} */ id, /** @type {string} */ title, /** @type {number} */ total) => {
-      const section = this.#makeSection(id, title, total);
-      if (total > 0) sections.push(section.element);
-      return section;
-    };
-    this.messageSection = add("messages", "Messages", difference.diagnostics?.length ?? 0);
-    this.fileSection = add("file-items", "File-level items", difference.file?.length ?? 0);
-    this.variableSection = add("changed", "Changed variables", this.variables.length);
-    this.#makeRows();
-    this.nameSections = NAME_LISTS.map(([member, title]) => {
-      const names = difference[member] ?? [];
-      return { section: add(member, title, names.length), names };
-    });
-    return sections;
-  }
-
-  /** @param {string} id @param {string} title @param {number} total @returns {Section} */
-  #makeSection(id, title, total) {
-    const count = element("span", { class: "count" });
-    const countInContents = element("span", { class: "count" });
-    const body = element("div", {});
-    const heading = element("h2", { id: `${id}-heading`, tabindex: -1 }, title, " ", count);
-    const section = element("section", { id, "aria-labelledby": heading.id }, heading, body);
-    const link = button({ class: "link" }, () => {
-      heading.scrollIntoView();
-      heading.focus({ preventScroll: true });
-    }, title);
-    if (total > 0) this.contents.push(element("li", {}, link, countInContents));
-    return {
-      element: section,
-      body,
-      total,
-      count: (shown) => {
-        const text = shown === total ? digits(total) : `${digits(shown)} of ${digits(total)}`;
-        count.textContent = text;
-        countInContents.textContent = text;
-      },
-    };
-  }
-
-  #makeRows() {
-    const order = /** @type {HTMLSelectElement} */ (
-      element(
-        "select",
-        { id: "difference-order" },
-        ...ORDERS.map(([id, title]) => element("option", { value: id }, title)),
-      )
+    const parts = sections.map((section) => section.element);
+    return element(
+      "div",
+      { class: "difference" },
+      filters,
+      element("div", { class: "sections" }, ...parts),
     );
-    order.value = this.criteria.order;
-    order.addEventListener("change", () => {
-      this.change({ order: /** @type {Criteria["order"]} */ (order.value) });
-    });
-    this.order = order;
-    this.openAll = button({}, () => this.toggleAll());
-    const list = element("div", { class: "variables", "aria-labelledby": "changed-heading" });
-    list.addEventListener("keydown", (event) => this.#onListKey(event));
-    this.rows = new RowList(list, {
-      draw: (variable) => this.#drawRow(variable),
-      height: (variable) => rowHeight(variable, this.isOpen(variable), this.narrow.matches),
-    });
-    this.variableSection?.body.append(
-      element(
-        "div",
-        { class: "tools" },
-        element("label", { for: order.id }, "Sort by"),
-        order,
-        this.openAll,
-      ),
-      list,
-    );
-  }
-
-  /** @param {Variable} variable */
-  #drawRow(variable) {
-    return variableRow(variable, {
-      isOpen: this.isForPaper || this.isOpen(variable),
-      isCurrent: this.rows?.items[this.current] === variable,
-      isWhole: this.isForPaper,
-      properties: this.criteria.properties,
-      onToggle: () => this.toggle(variable),
-    });
   }
 
   // What is shown.
 
-  /** @param {Variable} variable */
-  isOpen(variable) {
-    return this.isAllOpen !== this.exceptions.has(variable);
-  }
-
   /** @param {Partial<Criteria>} changed */
-  change(changed) {
+  #change(changed) {
     Object.assign(this.criteria, changed);
     this.onCriteria(this.criteria);
-    this.update();
+    this.#update();
   }
 
-  clearCriteria() {
-    this.properties?.clear();
-    this.messages?.clear();
+  #clearCriteria() {
+    this.properties.clear();
+    this.messages.clear();
     this.search.value = "";
-    this.change({ search: "" });
     this.search.focus();
+    this.#change({ search: "" });
   }
 
-  /** Shows what meets the criteria. */
-  update() {
-    const { criteria } = this;
-    const words = wordsOf(criteria.search);
-    const { chosen, ofProperty } = select(this.variables, criteria);
-    this.properties?.count(ofProperty);
+  #update() {
+    const words = wordsOf(this.criteria.search);
     this.#updateMessages(words);
     this.#updateFile(words);
     this.#updateNames(words);
-    this.current = 0;
-    this.rows?.show(chosen);
-    this.variableSection?.count(chosen.length);
+    this.#updateVariables(words);
+  }
+
+  /** @param {string[]} words */
+  #updateVariables(words) {
+    const { criteria, variables } = this;
+    const { chosen, ofProperty } = select(variables, criteria);
+    this.properties.count(ofProperty);
+    this.list.show(chosen, criteria.properties);
+    this.nothing.hidden = chosen.length > 0;
+    this.variableSection.count(chosen.length);
     this.#tellOpen();
     const isFiltered = words.length + criteria.properties.size + criteria.messages.size > 0;
-    if (this.clear) this.clear.hidden = !isFiltered;
+    const all = counted(variables.length, "changed variable");
+    this.clear.hidden = !isFiltered;
+    this.status.hidden = variables.length === 0;
     this.status.textContent = isFiltered
-      ? `Shown: ${digits(chosen.length)} of ${counted(this.variables.length, "changed variable")}`
-      : `All ${counted(this.variables.length, "changed variable")} shown`;
-    this.status.hidden = this.variables.length === 0;
+      ? `${digits(chosen.length)} of ${all} shown`
+      : `${all}, all shown`;
   }
 
   /** @param {string[]} words */
   #updateMessages(words) {
-    const kinds = this.kinds.map((kind) => {
-      const { explanations = {} } = this.difference;
+    const { explanations = {} } = this.difference;
+    const found = this.kinds.map((kind) => {
       const about = searchText(explanations[kind.text] ?? null);
       const messages = kind.messages.filter(({ message }) =>
-        words.every((word) => about.includes(word) || searchText(message).includes(word)),
+        hasWords(`${about}\n${searchText(message)}`, words),
       );
       return { ...kind, messages };
     });
     const counts = new Map();
-    for (const kind of kinds) {
+    for (const kind of found) {
       for (const id of [kind.id, levelOf(kind)]) {
         counts.set(id, (counts.get(id) ?? 0) + kind.messages.length);
       }
     }
-    this.messages?.count(counts);
-    const chosen = kinds.filter(
+    this.messages.count(counts);
+    const chosen = found.filter(
       (kind) => kind.messages.length > 0 && isChosen(this.criteria, kind),
     );
-    const { messageSection: section } = this;
-    section?.body.replaceChildren(
-      messageList(chosen, {
-        explanations: this.difference.explanations ?? {},
-        actionOf: (name) => (this.byName.has(name) ? () => this.goTo(name) : null),
-        isWhole: this.isForPaper,
-      }),
+    this.messageSection.show(
+      chosen.reduce((count, { messages }) => count + messages.length, 0),
+      () =>
+        messageList(chosen, {
+          explanations,
+          actionOf: (name) => this.#goToAction(name),
+          isWhole: this.isForPaper,
+        }),
     );
-    section?.count(chosen.reduce((count, { messages }) => count + messages.length, 0));
   }
 
   /** @param {string[]} words */
   #updateFile(words) {
     const { file = [], fileValues = { old: {}, new: {} } } = this.difference;
     const items = file.filter((item) => {
-      const text = searchText(
-        titleOf(item),
-        [fileValues.old, fileValues.new].map((values) => [values[item], namesIn(values[item])]),
-      );
-      return hasWords(text, words);
+      const values = [fileValues.old[item], fileValues.new[item]];
+      return hasWords(searchText(titleOf(item), values, values.map(namesIn)), words);
     });
-    const comparisons = compareAll(items, fileValues.old, fileValues.new);
-    this.fileSection?.body.replaceChildren(
-      ...(items.length === 0
-        ? []
-        : [differenceTable("Changes of the file", comparisons, this.isForPaper)]),
-    );
-    this.fileSection?.count(items.length);
+    this.fileSection.show(items.length, () => {
+      const comparisons = compareAll(items, fileValues.old, fileValues.new);
+      return differenceTable("Changes of the file", comparisons, this.isForPaper);
+    });
   }
 
   /** @param {string[]} words */
   #updateNames(words) {
-    const labelOf = (/** @type {string} */ name) => this.labels[name] ?? "";
-    for (const { section, names } of this.nameSections ?? []) {
+    const labels = this.difference.labels ?? {};
+    const labelOf = (/** @type {string} */ name) => labels[name] ?? "";
+    for (const { section, names } of this.nameSections) {
       const chosen =
         words.length === 0
           ? names
           : names.filter((name) => hasWords(searchText(name, labelOf(name)), words));
-      section.body.replaceChildren(nameList(chosen, { labelOf, isWhole: this.isForPaper }));
-      section.count(chosen.length);
+      section.show(chosen.length, () => nameList(chosen, { labelOf, isWhole: this.isForPaper }));
     }
   }
 
-  /** @param {Variable} variable */
-  toggle(variable) {
-    const { rows } = this;
-    if (!rows) return;
-    if (!this.exceptions.delete(variable)) this.exceptions.add(variable);
-    const index = rows.items.indexOf(variable);
-    this.#setCurrent(index);
-    rows.redraw(index);
-    this.#focusRow(index);
-  }
-
-  toggleAll() {
-    this.isAllOpen = !this.isAllOpen;
-    this.exceptions.clear();
-    this.rows?.show(this.rows.items);
+  #toggleAll() {
+    this.list.toggleAll();
     this.#tellOpen();
   }
 
   #tellOpen() {
-    if (this.openAll) this.openAll.textContent = this.isAllOpen ? "Close all" : "Open all";
+    this.openAll.textContent = this.list.isAllOpen ? "Close all" : "Open all";
   }
 
-  /** Opens a variable and goes to it; ends filters that leave it out. @param {string} name */
-  goTo(name) {
-    const { rows } = this;
+  /**
+   * What goes to a changed variable; it ends filters that leave the variable out. Null: the name is
+   * that of no changed variable.
+   *
+   * @param {string} name
+   */
+  #goToAction(name) {
     const variable = this.byName.get(name);
-    if (!rows || variable === undefined) return;
-    if (!rows.items.includes(variable)) this.clearCriteria();
-    if (!this.isOpen(variable)) {
-      this.toggle(variable);
-    } else {
-      this.#focusRow(rows.items.indexOf(variable));
-    }
+    if (variable === undefined) return null;
+    return () => {
+      if (this.list.goTo(variable)) return;
+      this.#clearCriteria();
+      this.list.goTo(variable);
+    };
   }
 
-  // Keys.
+  // Keys, paper, and work ahead.
 
   #listen() {
     const { signal } = this.listeners;
     document.addEventListener("keydown", (event) => this.#onKey(event), { signal });
-    window.addEventListener("beforeprint", () => this.#drawForPaper(true), { signal });
-    window.addEventListener("afterprint", () => this.#drawForPaper(false), { signal });
+    addEventListener("beforeprint", () => this.#drawForPaper(true), { signal });
+    addEventListener("afterprint", () => this.#drawForPaper(false), { signal });
   }
 
   /** @param {KeyboardEvent} event */
@@ -432,78 +342,78 @@ class DifferenceView {
     const isTyped = target instanceof HTMLElement && target.matches("input[type=search], select");
     if (key === "/" && !isTyped) {
       event.preventDefault();
-      this.search.select();
       this.search.focus();
-    } else if (key === "Escape" && target === this.search && this.search.value !== "") {
+      this.search.select();
+    } else if (key === "Escape" && target === this.search) {
       event.preventDefault();
       this.search.value = "";
-      this.change({ search: "" });
-    } else if (key === "ArrowDown" && target === this.search && this.rows?.items.length) {
+      this.#change({ search: "" });
+    } else if (key === "ArrowDown" && target === this.search) {
       event.preventDefault();
-      this.#focusRow(0);
+      this.list.focus(0);
     }
   }
-
-  /** @param {KeyboardEvent} event */
-  #onListKey(event) {
-    const target = /** @type {HTMLElement} */ (event.target);
-    if (!target.matches("h3 > button") || event.ctrlKey || event.metaKey || event.altKey) return;
-    const last = (this.rows?.items.length ?? 0) - 1;
-    const row = target.closest("[role=listitem]");
-    const index = Number(row?.getAttribute("aria-posinset")) - 1;
-    /** @type {Record<string, number>} */
-    const next = {
-      ArrowDown: index + 1,
-      ArrowUp: index - 1,
-      PageDown: index + ROWS_OF_PAGE,
-      PageUp: index - ROWS_OF_PAGE,
-      Home: 0,
-      End: last,
-    };
-    if (!(event.key in next)) return;
-    event.preventDefault();
-    this.#focusRow(Math.min(Math.max(next[event.key], 0), last));
-  }
-
-  /** @param {number} index */
-  #setCurrent(index) {
-    const { rows } = this;
-    if (!rows) return;
-    const was = rows.container.querySelector("h3 > button[tabindex='0']");
-    was?.setAttribute("tabindex", "-1");
-    this.current = index;
-  }
-
-  /** @param {number} index */
-  #focusRow(index) {
-    this.#setCurrent(index);
-    const head = this.rows?.row(index).querySelector("button");
-    head?.setAttribute("tabindex", "0");
-    head?.focus();
-    head?.scrollIntoView({ block: "nearest" });
-  }
-
-  // Paper, and work ahead.
 
   /** @param {boolean} isForPaper */
   #drawForPaper(isForPaper) {
     this.isForPaper = isForPaper;
-    this.update();
-    if (isForPaper) this.rows?.drawAll();
+    this.list.isForPaper = isForPaper;
+    this.#update();
   }
 
-  /** Makes what a search looks in while nothing else happens. */
   #prepareSearch() {
-    const atOnce = 500;
     let next = 0;
     const prepare = () => {
-      for (const end = next + atOnce; next < end && next < this.variables.length; ++next) {
+      for (const end = next + TEXTS_AT_ONCE; next < end && next < this.variables.length; ++next) {
         textOfVariable(this.variables[next]);
       }
       if (next < this.variables.length && !this.listeners.signal.aborted) later(prepare);
     };
     later(prepare);
   }
+}
+
+/** A part of the view, with a link to it: its title, and how many of its things are shown. */
+class Section {
+  /**
+   * @param {string} id
+   * @param {string} title
+   * @param {number} total
+   */
+  constructor(id, title, total) {
+    this.total = total;
+    this.counts = [element("span", { class: "count" }), element("span", { class: "count" })];
+    this.body = element("div", {});
+    const heading = element("h2", { id: `${id}-heading`, tabindex: -1 }, `${title} `, this.counts[0]);
+    this.element = element("section", { id, "aria-labelledby": heading.id }, heading, this.body);
+    const goTo = () => {
+      heading.scrollIntoView();
+      heading.focus({ preventScroll: true });
+    };
+    this.link = element("li", {}, button({ class: "link" }, goTo, title), this.counts[1]);
+  }
+
+  /** @param {number} shown */
+  count(shown) {
+    const text = shown === this.total ? digits(shown) : `${digits(shown)} of ${digits(this.total)}`;
+    for (const count of this.counts) count.textContent = text;
+  }
+
+  /**
+   * Shows so many of its things.
+   *
+   * @param {number} shown
+   * @param {() => HTMLElement} draw called if there are any
+   */
+  show(shown, draw) {
+    this.count(shown);
+    this.body.replaceChildren(shown === 0 ? nothing() : draw());
+  }
+}
+
+/** What stands in the place of things that the search and the filters leave out. */
+function nothing() {
+  return element("p", { class: "nothing" }, "Nothing meets the search and the filters.");
 }
 
 /** @param {() => void} work */
@@ -515,9 +425,8 @@ function later(work) {
   }
 }
 
-/** The names of attributes. @param {any} value */
+/** The names of the members of an object. @param {any} value */
 function namesIn(value) {
-  return value !== null && typeof value === "object" && !Array.isArray(value)
-    ? Object.keys(value)
-    : [];
+  const isObject = value !== null && typeof value === "object" && !Array.isArray(value);
+  return isObject ? Object.keys(value) : [];
 }

@@ -5,7 +5,7 @@ import { digits, element, shown } from "./elements.js";
 /** @typedef {{id: string, title: string, className?: string}} Choice */
 
 /** None chosen is as if all were. */
-class Facet {
+export class Facet {
   /**
    * @param {string} title
    * @param {Choice[]} choices

@@ -48,23 +48,29 @@ function timeElement(time) {
 }
 
 /** @param {Report} report */
-function headline({ changed, added, file, files, written, isRefused }) {
-  const working = shown(fileName(files.find(({ role }) => role === "working")?.path ?? ""));
-  if (isRefused) return element("h1", {}, "Nothing was changed in ", working);
-  const parts = [];
-  if (changed.length > 0) parts.push(counted(changed.length, "variable"));
-  if (file && file.length > 0) parts.push(counted(file.length, "file-level item"));
-  const count = changed.length + (file?.length ?? 0);
-  const verb = written === null ? (count === 1 ? "changes" : "change") : "changed";
-  const more = added && added.length > 0 ? `, ${digits(added.length)} added` : "";
-  if (parts.length === 0) {
-    return element("h1", {}, more === "" ? "Nothing to change in " : `Variables${more} in `, working);
-  }
-  return element("h1", {}, `${parts.join(" and ")} ${verb}${more} in `, working);
+function isUnchanged({ changed, added = [], file = [] }) {
+  return changed.length + added.length + file.length === 0;
 }
 
 /** @param {Report} report */
-function outcome({ diagnostics = [], isRefused, written }) {
+function headline(report) {
+  const { changed, added = [], file = [], files, isRefused } = report;
+  const working = shown(fileName(files.find(({ role }) => role === "working")?.path ?? ""));
+  if (isRefused) return element("h1", {}, "Nothing was changed in ", working);
+  if (isUnchanged(report)) return element("h1", {}, "Nothing to change in ", working);
+  const parts = [
+    changed.length > 0 ? counted(changed.length, "changed variable") : "",
+    added.length > 0 ? counted(added.length, "added variable") : "",
+    file.length > 0 ? counted(file.length, "file-level item") : "",
+  ].filter(Boolean);
+  const last = parts.pop();
+  const list = parts.length === 0 ? last : `${parts.join(", ")} and ${last}`;
+  return element("h1", {}, `${list} in `, working);
+}
+
+/** @param {Report} report */
+function outcome(report) {
+  const { diagnostics = [], isRefused, written } = report;
   if (isRefused) {
     const error = diagnostics.find(isError);
     return element(
@@ -79,7 +85,8 @@ function outcome({ diagnostics = [], isRefused, written }) {
       "p",
       { class: "outcome" },
       element("strong", {}, "Dry run. "),
-      "This is what would change; nothing was written.",
+      isUnchanged(report) ? "" : "This is what would change. ",
+      "Nothing was written.",
     );
   }
   return element("p", { class: "outcome" }, element("strong", {}, "Written "), "to ", shown(written));
