@@ -14,6 +14,8 @@
 #include "program/Account.h"
 #include "program/Failure.h"
 #include "program/JsonStream.h"
+#include "program/Output.h"
+#include "program/Progress.h"
 #include "program/ReportPage.h"
 #include "standalone/Files/SaveFile.h"
 
@@ -159,6 +161,7 @@ void Report::Write(const std::vector<velahost::Diagnostic>& diagnostics,
     files.push_back(FileAt("output", *outcome->written));
     files.back().variables = outcome->dictionary.variables.size();
   }
+  const Progress::Stage stage("Writing " + MakeVisible(path_));
   velahost::SaveFile(path_, [&](const ByteSink& sink) {
     sink(kPageBeforeData);
     WriteData(files, commands_, diagnostics, outcome, sink);

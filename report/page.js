@@ -89,7 +89,7 @@ function outcome(report) {
       "Nothing was written.",
     );
   }
-  return element("p", { class: "outcome" }, element("strong", {}, "Written "), "to ", shown(written));
+  return element("p", { class: "outcome" }, element("strong", {}, "Written "), "to ", written === "-" ? "standard output" : shown(written));
 }
 
 /** @param {File} file */

@@ -172,6 +172,23 @@ TEST_F(Program, TellsTheOutcomeAsJson) {
   EXPECT_EQ(folder_.Read("w.xml"), kWorking) << "nothing changed";
 }
 
+TEST_F(Program, WritesAReportOverNoFileOfTheRun) {
+  folder_.Write("c.txt", "FROM 's.xml'.");
+  for (const std::string file :
+       {"w.xml", "link.xml", "s.xml", "hard.xml", "c.txt", "o.xml", "./o.xml"}) {
+    const std::size_t files = Files().size();
+    EXPECT_EQ(Run("apply -f c.txt -o o.xml --report " + file + " w.xml"), 2) << file;
+    EXPECT_NE(err_.find("Cannot write the report to " + file), std::string::npos) << err_;
+    EXPECT_EQ(Files().size(), files);
+  }
+  EXPECT_EQ(Run("apply -f c.txt -n --report none/r.html w.xml"), 2);
+  EXPECT_EQ(Run("apply -f c.txt -n --report '' w.xml"), 2);
+  EXPECT_EQ(Run("apply -f c.txt -n --report r.html w.xml"), 0);
+  EXPECT_TRUE(out_.ends_with("Report written to r.html\n"));
+  EXPECT_EQ(folder_.Read("w.xml"), kWorking);
+  EXPECT_EQ(folder_.Read("s.xml"), kSource);
+}
+
 TEST_F(Program, ReadsCommandsUpToABound) {
   constexpr std::size_t kMost = std::size_t{16} << 20;
   const std::string command = "FROM 's.xml' /VARINFO VARLABEL.";

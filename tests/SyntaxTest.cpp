@@ -90,4 +90,21 @@ TEST(SourceNamedIn, IsTheFileThatARunWouldOpen) {
   }
 }
 
+TEST(TextWithoutPasswords, HidesWhatMayBelongToOne) {
+  const std::pair<const char*, const char*> kRows[] = {
+      {"FROM 'a' PASSWORD 'x' /VARINFO LABEL", "FROM 'a' PASSWORD (not shown) /VARINFO LABEL"},
+      {"FROM 'a' PASS = x\n/NEWVARS.\n\nFROM 'b' PASSWORD \"y\".",
+       "FROM 'a' PASS (not shown) (not shown)\n/NEWVARS.\n\nFROM 'b' PASSWORD (not shown)."},
+      {"FROM 'a' PASSWORD 'x", "FROM 'a' PASSWORD (not shown)"},
+      {"FROM 'a' PASSWORD NONE", "FROM 'a' PASSWORD NONE"},
+      {"FROM 'a' /SOURCE VARIABLES=passed b 'x'",
+       "FROM 'a' /SOURCE VARIABLES=passed b (not shown)"},
+      {"/* PASSWORD */ FROM 'a' /TARGET VARIABLES=a",
+       "/* PASSWORD */ FROM 'a' /TARGET VARIABLES=a"},
+      {"", ""}};
+  for (const auto& [text, expected] : kRows) {
+    EXPECT_EQ(velahost::TextWithoutPasswords(velahost::SplitCommands(text)), expected);
+  }
+}
+
 }  // namespace
