@@ -249,8 +249,8 @@ class DifferenceView {
     const { explanations = {} } = this.difference;
     const found = this.kinds.map((kind) => {
       const about = searchText(explanations[kind.text] ?? null);
-      const messages = kind.messages.filter(({ message }) =>
-        hasWords(`${about}\n${searchText(message)}`, words),
+      const messages = kind.messages.filter(({ message, advice }) =>
+        hasWords(`${about}\n${searchText(message, advice ?? "")}`, words),
       );
       return { ...kind, messages };
     });

@@ -27,6 +27,9 @@
  * @property {string} text with placeholders ^1 to ^9
  * @property {string[]} arguments
  * @property {string} message
+ * @property {number | null} [line] of the commands, from 1
+ * @property {number | null} [column]
+ * @property {string} [advice] what to do about it; may be empty
  *
  * @typedef {object} Explanation
  * @property {string} what happened

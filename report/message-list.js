@@ -17,7 +17,7 @@ const ABOUT = "^1: ";
  * @param {MessageKind} kind
  */
 export function headingOf({ text, messages }) {
-  if (messages.length === 1 && !isOfVariables(text)) return messages[0].message;
+  if (messages.length === 1 && !isOfVariables(text)) return textOfMessage(messages[0]);
   const rest = text.startsWith(ABOUT) ? text.slice(ABOUT.length) : text;
   return rest.replace(/\^[1-9]/g, "…").replace(/\\(.)/g, "$1");
 }
@@ -68,13 +68,26 @@ function itemOf(kind, how) {
   } else if (messages.length > 1) {
     item.append(element("ul", { class: "told-one-by-one" }, ...messages.map(told)));
   }
+  for (const advice of new Set(messages.map((message) => message.advice ?? ""))) {
+    if (advice !== "") item.append(element("p", { class: "advice" }, shown(advice)));
+  }
   if (explanation !== undefined) item.append(explained(explanation));
   return item;
 }
 
-/** @param {Diagnostic} message */
-function told({ message }) {
-  return element("li", {}, shown(message));
+/** @param {Diagnostic} diagnostic */
+function told(diagnostic) {
+  return element("li", {}, shown(textOfMessage(diagnostic)));
+}
+
+/**
+ * The message with its place in the commands, if it has one and does not say so itself.
+ *
+ * @param {Diagnostic} diagnostic
+ */
+function textOfMessage({ message, line, column }) {
+  const isTold = !line || message.includes(`line ${line}`);
+  return isTold ? message : `${message} (line ${line}, column ${column})`;
 }
 
 /** @param {Explanation} explanation */
