@@ -65,8 +65,8 @@ Run::Run(velahost::Host& host, const std::string& working, std::vector<velahost:
     : host_(host), commands_(std::move(commands)) {
   const Progress::Stage stage("Reading " + MakeVisible(working));
   velahost::CodebookBytes bytes = ReadFileOrInput(working);
-  sources_ = std::make_shared<SourceReader>(commands_.front(),
-                                            language ? *language : bytes.GuessLanguage());
+  sources_ =
+      std::make_shared<SourceReader>(commands_, language ? *language : bytes.GuessLanguage());
   host.SetWorking(velahost::OpenCodebook(std::move(bytes), velahost::OpenFor::Writing, language));
   host.openSource = [sources = sources_, &read = host.WorkingFile()](const std::string& file) {
     return sources->Open(file, read.language);

@@ -16,21 +16,37 @@ velahost::CodebookFile OpenToRead(const std::string& specification, const std::s
 
 }  // namespace
 
-SourceReader::SourceReader(const velahost::Command& first, std::string language)
+SourceReader::SourceReader(const std::vector<velahost::Command>& commands, std::string language)
     : firstLanguage_(std::move(language)) {
-  std::optional<std::string> source = velahost::SourceNamedIn(first);
+  for (const velahost::Command& command : commands) {
+    if (const std::optional<std::string> source = velahost::SourceNamedIn(command)) {
+      ++sources_[*source].commandsLeft;
+    }
+  }
+  std::optional<std::string> source = velahost::SourceNamedIn(commands.front());
   if (!source) return;
   first_ = std::move(*source);
   reading_ = std::async(OpenToRead, first_, firstLanguage_);
 }
 
-velahost::CodebookFile SourceReader::Open(const std::string& specification,
+std::shared_ptr<const velahost::CodebookFile> SourceReader::Open(const std::string& specification,
+                                                                 const std::string& language) {
+  Source& source = sources_[specification];
+  if (!source.file) {
+    source.file = std::make_shared<const velahost::CodebookFile>(Read(specification, language));
+    opened_.push_back(source.file->identity);
+  }
+  std::shared_ptr<const velahost::CodebookFile> file = source.file;
+  if (source.commandsLeft > 0) --source.commandsLeft;
+  if (source.commandsLeft == 0) source.file = nullptr;
+  return file;
+}
+
+velahost::CodebookFile SourceReader::Read(const std::string& specification,
                                           const std::string& language) {
   const bool isFirst = reading_.valid() && specification == first_ && language == firstLanguage_;
   const Progress::Stage stage("Reading " + MakeVisible(specification));
-  velahost::CodebookFile file = isFirst ? reading_.get() : OpenToRead(specification, language);
-  opened_.push_back(file.identity);
-  return file;
+  return isFirst ? reading_.get() : OpenToRead(specification, language);
 }
 
 }  // namespace applydic

@@ -71,7 +71,7 @@ class FaultyRun {
       : hosted_(hosted), diagnosticsBefore_(hosted.host.diagnostics.All().size()) {
     bool hasOpened = false;
     hosted.host.openSource = [&hasOpened](const std::string& file) {
-      velahost::CodebookFile opened = velahost::OpenCodebook(file);
+      auto opened = std::make_shared<const velahost::CodebookFile>(velahost::OpenCodebook(file));
       hasOpened = true;
       return opened;
     };

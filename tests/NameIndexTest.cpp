@@ -128,6 +128,8 @@ TEST(NameIndex, LooksUpWithoutHeapMemory) {
   for (int i = 0; i < 1000; ++i) names.push_back("Variable_" + std::to_string(i) + kTwo);
   velahost::Host host;
   DEDataStore& store = StoreOf(host, names);
+  // The host makes a variable when it is asked for.
+  for (int column = 0; column < store.ColumnCount(); ++column) store.GetVariable(column);
   const FastFindDataSource index(store);
   const std::string tooLong(1000, 'x');
   const long before = allocations;

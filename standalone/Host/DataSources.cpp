@@ -18,29 +18,60 @@ using velahost::Released;
 using velahost::Text;
 
 VELA_DataSource::Impl::Impl(const std::shared_ptr<const velahost::CodebookFile>& file)
-    : items(file->dictionary.file), readFrom(file) {
-  for (std::size_t column = 0; column < file->dictionary.variables.size(); ++column) {
-    auto variable = std::make_unique<VELA_Variable::Impl>();
-    variable->now = file->dictionary.variables[column];
-    variable->file = file;
-    variable->column = column;
-    Append(std::move(variable));
-  }
-  namesOf_ = file;
-}
+    : items(file->dictionary.file),
+      readFrom(file),
+      count_(file->dictionary.variables.size()),
+      namesOf_(file) {}
 
 VELA_DataSource::Impl::Impl(const Impl& other)
     : items(other.items), readFrom(other.readFrom), namesOf_(other.namesOf_) {
-  for (const VELA_Variable& variable : other.variables) {
-    Append(std::make_unique<VELA_Variable::Impl>(HostAccess::Of(variable)));
+  for (std::size_t column = 0; column < other.Count(); ++column) {
+    const VELA_Variable* const variable = other.Made(column);
+    if (variable != nullptr) {
+      Append(std::make_unique<VELA_Variable::Impl>(HostAccess::Of(*variable)));
+    } else {
+      ++count_;
+    }
   }
+}
+
+const VELA_Variable* VELA_DataSource::Impl::Made(std::size_t column) const {
+  const std::size_t block = column / kBlockSize;
+  if (block >= blocks_.size() || !blocks_[block]) return nullptr;
+  const std::optional<VELA_Variable>& place = (*blocks_[block])[column % kBlockSize];
+  return place ? &*place : nullptr;
+}
+
+std::optional<VELA_Variable>& VELA_DataSource::Impl::PlaceOf(std::size_t column) {
+  const std::size_t block = column / kBlockSize;
+  if (block >= blocks_.size()) blocks_.resize(block + 1);
+  if (!blocks_[block]) blocks_[block] = std::make_unique<Block>();
+  return (*blocks_[block])[column % kBlockSize];
+}
+
+VELA_Variable& VELA_DataSource::Impl::At(std::size_t column) {
+  std::optional<VELA_Variable>& place = PlaceOf(column);
+  if (place) return *place;
+  auto variable = std::make_unique<VELA_Variable::Impl>();
+  variable->now = readFrom->dictionary.variables[column];
+  variable->file = readFrom;
+  variable->column = column;
+  variable->owner = this;
+  return place.emplace(std::move(variable));
+}
+
+const std::shared_ptr<const velahost::Variable>& VELA_DataSource::Impl::Now(
+    std::size_t column) const {
+  const VELA_Variable* const variable = Made(column);
+  return variable != nullptr ? HostAccess::Of(*variable).now
+                             : readFrom->dictionary.variables[column];
 }
 
 velahost::Dictionary VELA_DataSource::Impl::DictionaryNow() const {
   velahost::Dictionary dictionary;
-  dictionary.variables.reserve(variables.size());
-  for (const VELA_Variable& variable : variables) {
-    dictionary.variables.push_back(HostAccess::Of(variable).now);
+  dictionary.variables.reserve(Count());
+  for (std::size_t column = 0; column < Count(); ++column) {
+    dictionary.variables.push_back(Now(column));
   }
   dictionary.file = items;
   return dictionary;
@@ -50,8 +81,8 @@ const velahost::VariableNames& VELA_DataSource::Impl::Names() const {
   if (namesOf_) return namesOf_->names;
   if (names_) return *names_;
   velahost::VariableNames names;
-  names.Reserve(variables.size());
-  for (const VELA_Variable& variable : variables) names.Add(*HostAccess::Of(variable).now);
+  names.Reserve(Count());
+  for (std::size_t column = 0; column < Count(); ++column) names.Add(*Now(column));
   return names_.emplace(std::move(names));
 }
 
@@ -62,7 +93,8 @@ void VELA_DataSource::Impl::ForgetNames() {
 
 void VELA_DataSource::Impl::Append(std::unique_ptr<VELA_Variable::Impl> variable) {
   variable->owner = this;
-  variables.emplace_back(std::move(variable));
+  PlaceOf(count_).emplace(std::move(variable));
+  ++count_;
 }
 
 void VELA_DataSource::Impl::Add(std::unique_ptr<VELA_Variable::Impl> variable) {
@@ -81,17 +113,17 @@ VELA_DataSource::~VELA_DataSource() { Released("VELA_DataSource::~VELA_DataSourc
 
 int VELA_DataSource::ColumnCount() const {
   Called("VELA_DataSource::ColumnCount");
-  return static_cast<int>(impl_->variables.size());
+  return static_cast<int>(impl_->Count());
 }
 
 const VELA_Variable& VELA_DataSource::GetVariable(int column) const {
   Called("VELA_DataSource::GetVariable");
-  return impl_->variables[static_cast<std::size_t>(column)];
+  return impl_->At(static_cast<std::size_t>(column));
 }
 
 VELA_Variable& VELA_DataSource::GetVariable(int column) {
   Called("VELA_DataSource::GetVariable");
-  return impl_->variables[static_cast<std::size_t>(column)];
+  return impl_->At(static_cast<std::size_t>(column));
 }
 
 int VELA_DataSource::FindVarIndex(const char* name, int /*mode*/) const {
@@ -219,7 +251,7 @@ void DEDataStore::InsertVariable(unsigned int position, const VELA_Variable& var
   const auto refuse = [&inserted](const std::string& why) {
     throw ErrorText(why + ": " + velahost::EscapeMessage(inserted.now->name.String()) + "...");
   };
-  if (position != store.variables.size()) {
+  if (position != store.Count()) {
     refuse("A variable can be inserted only behind the last one");
   }
   if (store.Names().Find(inserted.now->name) >= 0) {

@@ -77,7 +77,7 @@ namespace {
 std::shared_ptr<const CodebookFile> OpenSource(const std::string& file, velahost::TextPlace place) {
   velahost::Host& host = velahost::Host::Current();
   try {
-    return std::make_shared<const CodebookFile>(host.openSource(file));
+    return host.openSource(file);
   } catch (const velahost::FileError& error) {
     host.placeOfFailure = place;
     throw ErrorText(velahost::EscapeMessage(error.what()));
@@ -96,9 +96,7 @@ UserInputCaseFile::UserInputCaseFile(const UserCaseFileSpec& spec,
 
   const std::shared_ptr<const CodebookFile> file = OpenSource(spec.impl_->file, spec.impl_->place);
   reach.SetSource(file);
-  for (const velahost::Message& warning : file->warnings) {
-    velahost::Host::Current().diagnostics.Report(velahost::Severity::TransferWarning, warning);
-  }
+  velahost::Host::Current().ReportWarningsOf(file);
   impl_->dataSource =
       std::make_unique<VELA_DataSource>(std::make_unique<VELA_DataSource::Impl>(file));
 }

@@ -1,5 +1,6 @@
 #include "standalone/Host/Host.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -15,7 +16,8 @@ Host* current = nullptr;
 
 Host::Host()
     : openSource([this](const std::string& specification) {
-        return OpenCodebook(specification, OpenFor::Reading, WorkingFile().language);
+        return std::make_shared<const CodebookFile>(
+            OpenCodebook(specification, OpenFor::Reading, WorkingFile().language));
       }) {
   assert(current == nullptr);
   current = this;
@@ -39,6 +41,18 @@ void Host::SetWorking(CodebookFile file) {
   legacy.dataSource = dataSources_.back().get();
   active = legacy.dataSource;
   for (const Message& warning : workingFile_->warnings) {
+    diagnostics.Report(Severity::TransferWarning, warning);
+  }
+}
+
+void Host::ReportWarningsOf(const std::shared_ptr<const CodebookFile>& source) {
+  if (source->warnings.empty()) return;
+  const bool isReported =
+      std::any_of(reported_.begin(), reported_.end(),
+                  [&source](const auto& reported) { return reported.lock() == source; });
+  if (isReported) return;
+  reported_.push_back(source);
+  for (const Message& warning : source->warnings) {
     diagnostics.Report(Severity::TransferWarning, warning);
   }
 }

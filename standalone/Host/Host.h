@@ -55,7 +55,10 @@ class Host {
 
   // Opens the file that FROM names, with its labels in the working file's language; it throws
   // FileError. A program may put a way of its own here.
-  std::function<CodebookFile(const std::string& specification)> openSource;
+  std::function<std::shared_ptr<const CodebookFile>(const std::string& specification)> openSource;
+
+  // Reports what was not read of a source, at level 1: once, however many commands open it.
+  void ReportWarningsOf(const std::shared_ptr<const CodebookFile>& source);
 
   Diagnostics diagnostics;
   // The place in the command of a failure that the library is about to report.
@@ -94,6 +97,7 @@ class Host {
   std::shared_ptr<const CodebookFile> workingFile_;
   Command command_ = {{Token()}};  // it stays while it is parsed
   std::vector<std::unique_ptr<VELA_DataSource>> dataSources_;
+  std::vector<std::weak_ptr<const CodebookFile>> reported_;  // sources with warnings
 };
 
 }  // namespace velahost

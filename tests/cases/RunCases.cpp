@@ -65,11 +65,11 @@ void RunCommand(const velahost::Command& command, velahost::Host& host,
         << "a store is a copy of what it is made over";
   }
   std::set<std::int64_t> identities;
-  const auto& variables = HostAccess::Of(host.Working()).variables;
-  for (const VELA_Variable& variable : variables) {
-    identities.insert(HostAccess::Of(variable).identity);
+  VELA_DataSource::Impl& now = HostAccess::Of(host.Working());
+  for (std::size_t column = 0; column < now.Count(); ++column) {
+    identities.insert(HostAccess::Of(now.At(column)).identity);
   }
-  EXPECT_EQ(variables.size(), identities.size()) << "two variables have one identity";
+  EXPECT_EQ(now.Count(), identities.size()) << "two variables have one identity";
 }
 
 // What is to be written, by the path of the case file; null where nothing is.
