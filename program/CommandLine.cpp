@@ -65,8 +65,8 @@ class CommandLine {
     program_.set_help_flag("-h,--help", "Print this help and exit");
     program_.require_subcommand(1);
     program_.get_formatter()->label("REQUIRED", "");
-    for (const auto make :
-         {MakeApplyArguments, MakeCheckArguments, MakeDiffArguments, MakeShowArguments}) {
+    for (const auto make : {MakeApplyArguments, MakeCheckArguments, MakeDiffArguments,
+                            MakeMatchArguments, MakeShowArguments}) {
       commands_.push_back(make(program_));
     }
   }

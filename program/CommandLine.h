@@ -66,12 +66,22 @@ struct DiffOptions {
   std::optional<std::string> language;  // of the labels; that of the new file if there is none
 };
 
+// applydic match: which variables of an older codebook those of a newer one come from.
+struct MatchOptions {
+  std::string before;                 // a path, or path#ID
+  std::string now;                    // the same
+  std::optional<std::string> output;  // where the syntax file goes; none is written without it
+  bool json = false;
+  std::optional<std::string> language;  // of the labels; that of the new file if there is none
+};
+
 // The answer to a question about the program itself: help, or the version.
 struct Answer {
   std::string text;
 };
 
-using Request = std::variant<Answer, ApplyOptions, CheckOptions, ShowOptions, DiffOptions>;
+using Request =
+    std::variant<Answer, ApplyOptions, CheckOptions, ShowOptions, DiffOptions, MatchOptions>;
 
 // Reads what the user asks for. Throws Failure for wrong usage; the message names the help to read.
 Request ReadCommandLine(int argc, const char* const* argv);

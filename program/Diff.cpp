@@ -1,63 +1,28 @@
 #include "program/Diff.h"
 
-#include <future>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "program/DifferenceJson.h"
 #include "program/DifferenceText.h"
-#include "program/Input.h"
 #include "program/JsonStream.h"
 #include "program/Listing.h"
 #include "program/Output.h"
 #include "program/Progress.h"
 #include "program/PropertyText.h"
 #include "program/Terminal.h"
+#include "program/TwoCodebooks.h"
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Comparison/Difference.h"
-#include "standalone/Text/Message.h"
 
 namespace applydic {
 namespace {
 
-using velahost::CodebookFile;
 using velahost::Dictionary;
 using velahost::Difference;
 
-CodebookFile Open(const std::string& specification, const std::string& language) {
-  return OpenFileOrInput(specification, velahost::OpenFor::Showing, language);
-}
-
-// The two files, with their labels in one language.
-struct Files {
-  CodebookFile before;
-  CodebookFile now;
-};
-
-// Opens both at the same time: the old one in the language that the new one seems to have, and once
-// more in the rare case that it has another.
-Files OpenBoth(const DiffOptions& options) {
-  const Progress::Stage stage("Reading " + MakeVisible(options.before) + " and " +
-                              MakeVisible(options.now));
-  velahost::CodebookBytes bytes = ReadFileOrInput(options.now);
-  const std::string guess = options.language.value_or(bytes.GuessLanguage());
-  if (IsInput(options.before)) {  // it can be read once, so when its language is known
-    CodebookFile now =
-        velahost::OpenCodebook(std::move(bytes), velahost::OpenFor::Showing, options.language);
-    CodebookFile before = Open(options.before, now.language);
-    return {std::move(before), std::move(now)};
-  }
-  std::future<CodebookFile> reading = std::async(Open, options.before, guess);
-  CodebookFile now =
-      velahost::OpenCodebook(std::move(bytes), velahost::OpenFor::Showing, options.language);
-  CodebookFile before = reading.get();
-  if (now.language != guess) before = Open(options.before, now.language);
-  return {std::move(before), std::move(now)};
-}
-
-Difference Compare(const Files& files) {
+Difference Compare(const TwoCodebooks& files) {
   const Progress::Stage stage("Comparing variables");
   return DifferenceBetween(files.before, files.now);
 }
@@ -72,7 +37,7 @@ std::vector<std::string> NamesAt(const Dictionary& dictionary,
   return names;
 }
 
-void WriteJson(const DiffOptions& options, const Difference& difference, const Files& files,
+void WriteJson(const DiffOptions& options, const Difference& difference, const TwoCodebooks& files,
                const velahost::ByteSink& sink) {
   const auto& [before, now] = files;
   JsonStream json(sink);
@@ -115,7 +80,7 @@ void ListOnly(const std::string& file, Mark mark, const Dictionary& dictionary,
   listing.BlankLine();
 }
 
-void WriteText(const DiffOptions& options, const Difference& difference, const Files& files,
+void WriteText(const DiffOptions& options, const Difference& difference, const TwoCodebooks& files,
                const velahost::ByteSink& sink) {
   const auto& [before, now] = files;
   Listing listing(PageOfOutput(options.color), sink, kDifferenceNames);
@@ -127,7 +92,7 @@ void WriteText(const DiffOptions& options, const Difference& difference, const F
   WriteCounts(options, difference, listing);
 }
 
-void Write(const DiffOptions& options, const Difference& difference, const Files& files) {
+void Write(const DiffOptions& options, const Difference& difference, const TwoCodebooks& files) {
   WriteForReader(Stream::Output, [&](const velahost::ByteSink& sink) {
     if (options.json) {
       WriteJson(options, difference, files, sink);
@@ -140,12 +105,8 @@ void Write(const DiffOptions& options, const Difference& difference, const Files
 }  // namespace
 
 ExitStatus RunDiff(const DiffOptions& options) {
-  const Files files = OpenBoth(options);
-  for (const CodebookFile* const file : {&files.before, &files.now}) {
-    for (const velahost::Message& warning : file->warnings) {
-      WriteWarning(velahost::Render(warning));
-    }
-  }
+  const TwoCodebooks files = OpenBoth(options.before, options.now, options.language);
+  WriteWarningsOf(files);
   const Difference difference = Compare(files);
   if (!options.isQuiet) Write(options, difference, files);
   return difference.Empty() ? kDone : kDifferent;

@@ -12,6 +12,7 @@
 #include "program/CommandLine.h"
 #include "program/Diff.h"
 #include "program/Failure.h"
+#include "program/Match.h"
 #include "program/Output.h"
 #include "program/Progress.h"
 #include "program/Show.h"
@@ -56,6 +57,7 @@ ExitStatus Run(const Request& request, velahost::Host& host) {
   if (const auto* check = std::get_if<CheckOptions>(&request)) return RunCheck(*check, host);
   if (const auto* show = std::get_if<ShowOptions>(&request)) return RunShow(*show);
   if (const auto* diff = std::get_if<DiffOptions>(&request)) return RunDiff(*diff);
+  if (const auto* match = std::get_if<MatchOptions>(&request)) return RunMatch(*match);
   WriteForReader(Stream::Output, [&request](const velahost::ByteSink& sink) {
     sink(std::get<Answer>(request).text);
   });

@@ -63,5 +63,6 @@ std::unique_ptr<Arguments> MakeApplyArguments(CLI::App& program);
 std::unique_ptr<Arguments> MakeCheckArguments(CLI::App& program);
 std::unique_ptr<Arguments> MakeShowArguments(CLI::App& program);
 std::unique_ptr<Arguments> MakeDiffArguments(CLI::App& program);
+std::unique_ptr<Arguments> MakeMatchArguments(CLI::App& program);
 
 }  // namespace applydic
