@@ -55,8 +55,8 @@ std::unique_ptr<Report> BeginReport(const ApplyOptions& options, std::string com
     report->AddFile("syntax", *options.syntaxFile);
   }
   host.openSource = [&report = *report, open = host.openSource](const std::string& source) {
-    velahost::CodebookFile file = open(source);
-    report.AddCodebook("source", source, file);
+    std::shared_ptr<const velahost::CodebookFile> file = open(source);
+    report.AddCodebook("source", source, *file);
     return file;
   };
   return report;
