@@ -32,18 +32,13 @@ using Json = nlohmann::ordered_json;
 using velahost::Command;
 using velahost::Diagnostic;
 
-// A place in the text of the commands, from 1.
-struct Place {
-  int line = 1;
-  int column = 1;
-};
-
 // Something that would be refused or warned about.
 struct Problem {
   std::string file;  // that it is in, as compilers name one: <command>, <stdin> or a path
-  std::optional<Place> place;
+  std::optional<velahost::TextPlace> place;
   bool isError = true;
   std::string message;
+  std::string advice;  // what to do; may be empty
 };
 
 // What a check of one working codebook found.
@@ -63,31 +58,17 @@ std::string NameOf(const CheckOptions& options) {
   return *options.syntaxFile == "-" ? "<stdin>" : *options.syntaxFile;
 }
 
-// The place that a message says, as "(line ^2, column ^3)".
-std::optional<Place> PlaceIn(const velahost::Message& message) {
-  constexpr std::string_view kLine = "(line ^";
-  constexpr std::string_view kColumn = ", column ^";
-  const std::size_t line = message.text.find(kLine);
-  if (line == std::string::npos) return std::nullopt;
-  const std::size_t at = line + kLine.size();  // of the line's digit
-  if (message.text.compare(at + 1, kColumn.size(), kColumn) != 0) return std::nullopt;
-  const auto number = [&message](std::size_t digit) {
-    const auto argument = static_cast<std::size_t>(message.text[digit] - '1');
-    return std::stoi(message.arguments.at(argument));
-  };
-  return Place{number(at), number(at + 1 + kColumn.size())};
-}
-
-// A message of a run, at the place that it says or else at its command.
+// A message of a run, at its place or else at its command.
 Problem ProblemOf(const Diagnostic& diagnostic, const Command* command, const std::string& syntax,
                   const std::string& working) {
   Problem problem;
   problem.isError = diagnostic.level >= velahost::Severity::Error;
   problem.message = diagnostic.shown;
+  problem.advice = diagnostic.advice;
   if (command != nullptr) {
     const velahost::Token& first = command->tokens.front();
     problem.file = syntax;
-    problem.place = PlaceIn(diagnostic.message).value_or(Place{first.line, first.column});
+    problem.place = diagnostic.place.value_or(velahost::TextPlace{first.line, first.column});
     return problem;
   }
   problem.file = working;
@@ -108,7 +89,7 @@ Findings Check(const std::string& working, const CheckOptions& options,
   const std::string syntax = NameOf(options);
   const auto fail = [&](const std::string& why) {
     findings.status = kCannotRun;
-    findings.problems.push_back({working, std::nullopt, true, why});
+    findings.problems.push_back({working, std::nullopt, true, why, ""});
   };
   try {
     Run run(host, working, commands, options.language);
@@ -137,7 +118,8 @@ Json JsonOf(const Findings& findings) {
                         {"line", hasPlace ? Json(problem.place->line) : Json(nullptr)},
                         {"column", hasPlace ? Json(problem.place->column) : Json(nullptr)},
                         {"severity", problem.isError ? "error" : "warning"},
-                        {"message", problem.message}});
+                        {"message", problem.message},
+                        {"advice", problem.advice}});
   }
   return {{"working", findings.working},
           {"status", static_cast<int>(findings.status)},
@@ -146,16 +128,19 @@ Json JsonOf(const Findings& findings) {
           {"problems", std::move(problems)}};
 }
 
-// One line, as compilers write it; of several working codebooks with the name of this one.
-std::string LineOf(const Problem& problem, const Findings& findings, bool isOne) {
-  std::string line = MakeVisible(problem.file);
-  if (problem.place) line += fmt::format(":{}:{}", problem.place->line, problem.place->column);
-  line += problem.isError ? ": error: " : ": warning: ";
+// A line, as compilers write it, and one for what to do; of several working codebooks with the name
+// of this one.
+std::string LinesOf(const Problem& problem, const Findings& findings, bool isOne) {
+  std::string where = MakeVisible(problem.file);
+  if (problem.place) where += fmt::format(":{}:{}", problem.place->line, problem.place->column);
+  std::string line = where + (problem.isError ? ": error: " : ": warning: ");
   line += MakeVisible(problem.message);
   if (!isOne && problem.file != findings.working) {
     line += " [" + MakeVisible(findings.working) + "]";
   }
-  return line + "\n";
+  line += "\n";
+  if (!problem.advice.empty()) line += where + ": note: " + MakeVisible(problem.advice) + "\n";
+  return line;
 }
 
 void Tell(const Findings& findings, const CheckOptions& options) {
@@ -167,7 +152,7 @@ void Tell(const Findings& findings, const CheckOptions& options) {
            "\n");
       return;
     }
-    for (const Problem& problem : findings.problems) sink(LineOf(problem, findings, isOne));
+    for (const Problem& problem : findings.problems) sink(LinesOf(problem, findings, isOne));
   });
 }
 
@@ -184,7 +169,7 @@ ExitStatus CheckEach(const CheckOptions& options,
                        [&](const velahost::ByteSink& sink) { sink(result.output); });
         if (result.signal) {
           const std::string why = "its process was ended: ";
-          Tell({files[i], kCannotRun, {{files[i], {}, true, why + strsignal(*result.signal)}}},
+          Tell({files[i], kCannotRun, {{files[i], {}, true, why + strsignal(*result.signal), ""}}},
                options);
         }
         worst = std::max(worst, result.status);
