@@ -339,12 +339,27 @@ def measure_quality(arguments, scratch):
     return reached
 
 
+class AlikePair:
+    """Two files in which every variable says the same, so that each could be each."""
+    def __init__(self, label, count, folder):
+        text = f"<labl>{label}</labl>" if label else ""
+        text += "".join(f"<catgry><catValu>{v}</catValu><labl>{l}</labl></catgry>" for v, l in ((1, "Yes"), (2, "No")))
+        self.old, self.new = (os.path.join(folder, f"{name}.xml") for name in ("old", "new"))
+        for path, name in ((self.old, "old{}"), (self.new, "x{}y")):
+            with open(path, "w", encoding="utf-8") as out:
+                variables = (f'<var name="{name.format(i)}">{text}</var>\n' for i in range(count))
+                out.write(f'<codeBook><fileDscr/><dataDscr>{"".join(variables)}</dataDscr></codeBook>\n')
+
+
 def measure_time(arguments, scratch):
     """Compares with the time of `diff` on the same files, in turn; the median of each counts."""
     reached = True
     print(f"{'names':<18}{'match':>8}{'diff':>8}{'ratio':>8}")
-    for scheme in arguments.scheme or ["letter", "random", "renumbered"]:
-        pair = Pair(scheme, arguments.n, arguments.s, scratch)
+    for scheme in arguments.scheme or ["letter", "random", "renumbered", "alike", "alike, no label"]:
+        if scheme.startswith("alike"):
+            pair = AlikePair("" if "no" in scheme else "All the same", arguments.n, scratch)
+        else:
+            pair = Pair(scheme, arguments.n, arguments.s, scratch)
         times = {"match": [], "diff": []}
         for _ in range(arguments.r):
             for command, taken in times.items():

@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <ctime>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -12,7 +9,7 @@
 #include "standalone/Codebook/CodebookFile.h"
 #include "standalone/Matching/Matching.h"
 #include "standalone/Syntax/Tokenizer.h"
-#include "tests/HostRun.h"
+#include "tests/ProgramRun.h"
 
 // Which variables of a newer file come from which of an older one, and the commands that say so.
 
@@ -161,38 +158,8 @@ TEST(Matching, ProposesNothingWithoutAReason) {
             std::vector<std::string>{});
 }
 
-TEST(Matching, TakesTimeThatGrowsWithTheFiles) {
-  const auto seconds = [](int count, const std::string& label, const std::string& inside) {
-    std::vector<Var> oldOnes;
-    std::vector<Var> newOnes;
-    for (int i = 0; i < count; ++i) {
-      oldOnes.push_back({"old" + std::to_string(i), label, inside});
-      newOnes.push_back({"x" + std::to_string(i) + "y", label, inside});
-    }
-    const std::clock_t begin = std::clock();
-    Pairs(oldOnes, newOnes);
-    return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
-  };
-  const std::string values =
-      "<catgry><catValu>1</catValu><labl>Yes</labl></catgry>"
-      "<catgry><catValu>2</catValu><labl>No</labl></catgry>";
-  for (const char* label : {"All the same label", "", "2024"}) {
-    const double once = seconds(2000, label, values);
-    EXPECT_LT(seconds(8000, label, values), 10 * once + 0.5) << label;
-  }
-}
-
 // The program from outside.
-class MatchProgram : public testing::Test {
- protected:
-  int Run(const std::string& arguments) {
-    const int status = std::system(
-        ("cd '" + folder_.At("") + "' && '" APPLYDIC_PROGRAM "' " + arguments + " >out 2>err")
-            .c_str());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
-  const Folder folder_;
-};
+using MatchProgram = ProgramRun;
 
 TEST_F(MatchProgram, WritesCommandsThatApplyRuns) {
   // A file's name with a quote, and names and labels that would end a comment or its line.
@@ -208,16 +175,15 @@ TEST_F(MatchProgram, WritesCommandsThatApplyRuns) {
   source = Replaced(source, "name=\"CCA_1\"", "name=\"CCA_1\" wgt=\"wgt\"");
   folder_.Write(oldName, source);
   folder_.Write("new.xml", CodebookOf(newOnes));
-  ASSERT_EQ(Run("match --json -o pairs.txt \"" + oldName + "\" new.xml"), 0) << folder_.Read("err");
-  const auto json = nlohmann::json::parse(folder_.Read("out"));
+  ASSERT_EQ(Run("match --json -o pairs.txt \"" + oldName + "\" new.xml"), 0) << err_;
+  const auto json = nlohmann::json::parse(out_);
   EXPECT_EQ(json["old"], oldName);
   EXPECT_EQ(json["written"], "pairs.txt");
   const std::string syntax = folder_.Read("pairs.txt");
   EXPECT_NE(syntax.find("/*? FROM 'last year''s.xml' /SOURCE VARIABLES=t1"), std::string::npos)
       << syntax;
-  ASSERT_EQ(Run("apply --json -f pairs.txt -o done.xml new.xml"), 0)
-      << folder_.Read("err") << syntax;
-  const auto outcome = nlohmann::json::parse(folder_.Read("out"));
+  ASSERT_EQ(Run("apply --json -f pairs.txt -o done.xml new.xml"), 0) << err_ << syntax;
+  const auto outcome = nlohmann::json::parse(out_);
   EXPECT_EQ(outcome["file"], nlohmann::json::array()) << "the weight stays";
   const velahost::CodebookFile done = velahost::OpenCodebook(folder_.At("done.xml"));
   for (std::size_t i = 1; i < kLabels.size(); ++i) {
@@ -241,7 +207,7 @@ TEST_F(MatchProgram, ReadsEachSourceOnceInARun) {
   folder_.Write("c.txt", Repeated(command, 3));
   folder_.Write("w.xml", CodebookOf({{"b"}}));
   EXPECT_EQ(Run("apply -n -q -f c.txt w.xml"), 0);
-  const std::string warnings = folder_.Read("err");
+  const std::string warnings = err_;
   EXPECT_EQ(std::count(warnings.begin(), warnings.end(), '\n'), 1) << warnings;
 
   applydic::SourceReader sources(velahost::SplitCommands(Repeated(command, 3)), "");
