@@ -1,8 +1,12 @@
 #include "standalone/Text/Numbers.h"
 
+#include <fast_float/fast_float.h>
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <system_error>
 
 namespace velahost {
@@ -10,23 +14,30 @@ namespace {
 
 constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// For a well-formed decimal without a sign that is outside double's range: whether it underflows.
-// It does when its first digit that is not zero stands after the decimal point.
-bool IsTooSmall(std::string_view decimal) {
-  const std::size_t mantissaEnd = std::min(decimal.find_first_of("eE"), decimal.size());
-  const std::string_view mantissa = decimal.substr(0, mantissaEnd);
-  const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
-  const std::size_t first = mantissa.find_first_not_of("0.");
-  if (first == std::string_view::npos) return true;
+// A positive number: its digits, the first and the last not 0, with a point after the first one,
+// times ten to the exponent.
+struct Decimal {
+  std::string digits;
+  int exponent;
+};
 
-  std::string_view digits = decimal.substr(std::min(mantissaEnd + 1, decimal.size()));
-  const bool isNegative = digits.starts_with('-');
-  if (!digits.empty() && !IsDigit(digits.front())) digits.remove_prefix(1);
-  long long exponent = 0;
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
-  if (result.ec == std::errc::result_out_of_range) return isNegative;
-  const auto distance = static_cast<long long>(point) - static_cast<long long>(first);
-  return distance + (isNegative ? -exponent : exponent) <= 0;
+// The fewest digits that are read as the number again.
+Decimal ShortestDecimal(double number) {
+  const std::string written = fmt::format("{}", number);  // "123.45" or "1.2345e-07"
+  const std::size_t e = std::min(written.find('e'), written.size());
+  const std::size_t point = std::min(written.find('.'), e);
+  std::string digits;
+  std::copy_if(written.data(), written.data() + e, std::back_inserter(digits), IsDigit);
+  const std::size_t first = digits.find_first_not_of('0');
+  digits = digits.substr(first, digits.find_last_not_of('0') + 1 - first);
+
+  int exponent = 0;
+  const bool isSmall = written.substr(e).starts_with("e-");
+  if (e < written.size()) {
+    std::from_chars(written.data() + e + 2, written.data() + written.size(), exponent);
+  }
+  const int behindFirst = static_cast<int>(point) - 1 - static_cast<int>(first);
+  return {std::move(digits), (isSmall ? -exponent : exponent) + behindFirst};
 }
 
 }  // namespace
@@ -38,12 +49,9 @@ std::optional<double> ReadNumber(std::string_view text) {
 
   double number = 0;
   const char* const end = text.data() + text.size();
-  const auto result = std::from_chars(text.data(), end, number);
+  const auto result = fast_float::from_chars(text.data(), end, number);
   if (result.ptr != end || result.ec == std::errc::invalid_argument) return std::nullopt;
-  if (result.ec == std::errc::result_out_of_range) {
-    if (!IsTooSmall(text)) return std::nullopt;
-    return 0.0;
-  }
+  // Out of range it is infinite or, where it is too small, 0.
   if (!std::isfinite(number)) return std::nullopt;
   if (number == 0) return 0.0;
   return isNegative ? -number : number;
@@ -54,18 +62,7 @@ std::string WriteNumber(double number) {
   if (std::abs(number) < kMostWhole && number == std::trunc(number)) {
     return std::to_string(static_cast<long long>(number));
   }
-  // The shortest digits come as "d.ddde-07"; they are laid out anew around the decimal point.
-  char buffer[32];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, std::abs(number),
-                                    std::chars_format::scientific);
-  const std::string_view written(buffer, static_cast<std::size_t>(result.ptr - buffer));
-  const std::size_t e = written.find('e');
-  std::string digits(1, written[0]);
-  if (e > 2) digits += written.substr(2, e - 2);
-  int exponent = 0;
-  std::from_chars(buffer + e + 2, result.ptr, exponent);
-  if (written[e + 1] == '-') exponent = -exponent;
-
+  auto [digits, exponent] = ShortestDecimal(std::abs(number));
   constexpr int kLeastPlain = -6;
   constexpr int kMostPlain = 20;
   const int count = static_cast<int>(digits.size());
