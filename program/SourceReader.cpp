@@ -5,6 +5,7 @@
 
 #include "program/Output.h"
 #include "program/Progress.h"
+#include "standalone/Parallel/Beside.h"
 #include "standalone/Syntax/Subcommands.h"
 
 namespace applydic {
@@ -26,7 +27,7 @@ SourceReader::SourceReader(const std::vector<velahost::Command>& commands, std::
   std::optional<std::string> source = velahost::SourceNamedIn(commands.front());
   if (!source) return;
   first_ = std::move(*source);
-  reading_ = std::async(OpenToRead, first_, firstLanguage_);
+  reading_ = velahost::RunBeside(OpenToRead, first_, firstLanguage_);
 }
 
 std::shared_ptr<const velahost::CodebookFile> SourceReader::Open(const std::string& specification,

@@ -6,6 +6,7 @@
 #include "program/Input.h"
 #include "program/Output.h"
 #include "program/Progress.h"
+#include "standalone/Parallel/Beside.h"
 #include "standalone/Text/Message.h"
 
 namespace applydic {
@@ -32,7 +33,7 @@ TwoCodebooks OpenBoth(const std::string& before, const std::string& now,
     CodebookFile older = Open(before, newer.language);
     return {std::move(older), std::move(newer)};
   }
-  std::future<CodebookFile> reading = std::async(Open, before, guess);
+  std::future<CodebookFile> reading = velahost::RunBeside(Open, before, guess);
   CodebookFile newer =
       velahost::OpenCodebook(std::move(bytes), velahost::OpenFor::Showing, language);
   CodebookFile older = reading.get();

@@ -63,10 +63,11 @@ check_part() {
   check "standalone/$1" "${2:+$2|}standalone/$1" any
 }
 check_part Text ''
+check_part Parallel ''
 check_part Files 'standalone/Text'
 check_part Xml 'standalone/(Text|Files)'
 check_part Dictionary 'standalone/Text'
-check_part Codebook 'standalone/(Text|Files|Xml|Dictionary)'
+check_part Codebook 'standalone/(Text|Parallel|Files|Xml|Dictionary)'
 check_part Comparison 'standalone/(Text|Files|Dictionary|Codebook)'
 check_part Matching 'standalone/(Text|Dictionary)'
 check_part Syntax 'standalone/(Text|Dictionary)'

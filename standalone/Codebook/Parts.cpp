@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <future>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -11,6 +10,7 @@
 #include "standalone/Codebook/Labels.h"
 #include "standalone/Codebook/Reader.h"
 #include "standalone/Files/FileKind.h"
+#include "standalone/Parallel/Beside.h"
 #include "standalone/Xml/Parser.h"
 
 namespace velahost {
@@ -44,9 +44,6 @@ std::vector<std::size_t> Cuts(std::string_view text, std::size_t begin, std::str
   return cuts;
 }
 
-// The threads that can run at the same time; 0 if the system does not tell.
-std::size_t Threads() { return std::thread::hardware_concurrency(); }
-
 // The parts of one document, while they are read on threads of their own.
 class Parts {
  public:
@@ -65,7 +62,7 @@ class Parts {
     readings_.resize(cuts_.size() - 1);
     for (std::size_t i = 0; i < std::min(Threads(), readings_.size()); ++i) {
       workers_.push_back(
-          std::async(&Parts::ReadNext, this, text, use, languages, namespaces, encoding, scope));
+          RunBeside(&Parts::ReadNext, this, text, use, languages, namespaces, encoding, scope));
     }
   }
 

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -19,6 +18,7 @@
 #include "standalone/Codebook/Variables.h"
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Dictionary/VariableNames.h"
+#include "standalone/Parallel/Beside.h"
 #include "standalone/Text/Tokens.h"
 #include "standalone/Text/Utf8.h"
 #include "standalone/Xml/Editor.h"
@@ -66,10 +66,10 @@ class CodebookWriter {
     Editor editor(document_, layout_);
     for (const NewElement& added : newInRoot_) editor.Insert(document_.Root(), added);
     edits_.Add(std::move(editor).Take());
-    const std::size_t threads = std::max(1U, std::thread::hardware_concurrency());
+    const std::size_t threads = Threads();
     std::deque<std::future<std::string>> made;
     for (const Stretch& stretch : Stretches()) {
-      made.push_back(std::async(&CodebookWriter::BytesOf, this, stretch));
+      made.push_back(RunBeside(&CodebookWriter::BytesOf, this, stretch));
       if (made.size() <= threads) continue;
       sink(made.front().get());
       made.pop_front();
