@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <new>
 
@@ -89,19 +90,21 @@ FileBytes ReadFile(const std::string& path, std::size_t most,
   if (!S_ISREG(status.st_mode)) {
     CannotRead(path, S_ISDIR(status.st_mode) ? "it is a folder" : "it is not a regular file");
   }
-  const auto size = static_cast<std::size_t>(status.st_size);
+  const auto size = static_cast<std::uintmax_t>(status.st_size);
   if (size > most) FailAsTooLong(path, most);
-  return {ReadRest(file.Number(), size, path, most, look), {status.st_dev, status.st_ino}};
+  return {ReadRest(file.Number(), static_cast<std::size_t>(size), path, most, look),
+          {status.st_dev, status.st_ino}};
 }
 
 FileBytes ReadInput(int file, const std::string& name, std::size_t most,
                     const std::function<void(std::string_view first)>& look) {
-  constexpr std::size_t kOfPipe = std::size_t{1} << 20;
+  constexpr std::uintmax_t kOfPipe = std::uintmax_t{1} << 20;
   struct stat status = {};
   if (fstat(file, &status) != 0) CannotRead(name, std::strerror(errno));
-  const std::size_t size =
-      S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : kOfPipe;
-  return {ReadRest(file, std::min(size, most), name, most, look), {status.st_dev, status.st_ino}};
+  const std::uintmax_t size =
+      S_ISREG(status.st_mode) ? static_cast<std::uintmax_t>(status.st_size) : kOfPipe;
+  const auto expected = static_cast<std::size_t>(std::min<std::uintmax_t>(size, most));
+  return {ReadRest(file, expected, name, most, look), {status.st_dev, status.st_ino}};
 }
 
 std::optional<FileIdentity> IdentityAt(const std::string& path) {

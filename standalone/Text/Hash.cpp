@@ -19,12 +19,12 @@ std::uint64_t Seed() {
 }  // namespace
 
 std::size_t HashOf(std::string_view text) {
-  return XXH3_64bits_withSeed(text.data(), text.size(), Seed());
+  return static_cast<std::size_t>(XXH3_64bits_withSeed(text.data(), text.size(), Seed()));
 }
 
 std::size_t HashOf(double number) {
   const double same = number == 0 ? 0 : number;
-  return XXH3_64bits_withSeed(&same, sizeof same, Seed());
+  return static_cast<std::size_t>(XXH3_64bits_withSeed(&same, sizeof same, Seed()));
 }
 
 }  // namespace velahost

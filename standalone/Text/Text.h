@@ -38,7 +38,7 @@ class Text {
   }
   friend bool operator==(const Text& a, std::string_view b) { return a.View() == b; }
   friend std::strong_ordering operator<=>(const Text& a, const Text& b) {
-    return a.View() <=> b.View();
+    return a.View().compare(b.View()) <=> 0;
   }
   friend std::ostream& operator<<(std::ostream& out, const Text& text) {
     return out << text.View();

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <limits>
 #include <string_view>
 #include <vector>
 
@@ -28,8 +30,9 @@ struct ElementExtent {
   bool hasAttributes;
 };
 
-// A document of at most so many bytes can be held.
-inline constexpr std::size_t kMostBytes = 0xFFFF'FFFF;
+// A document of at most so many bytes can be held: 4 GB, or what one object may have.
+inline constexpr std::size_t kMostBytes =
+    std::min<std::uintmax_t>(0xFFFF'FFFF, std::numeric_limits<std::ptrdiff_t>::max());
 
 // The text of a document, in an encoding.
 struct DocumentText {
