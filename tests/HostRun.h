@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -32,6 +33,13 @@ inline std::string Repeated(const std::string& text, int count) {
   std::string all;
   for (int i = 0; i < count; ++i) all += text;
   return all;
+}
+
+// The path of the program that is tested: the one that APPLYDIC_PROGRAM of the environment names,
+// so that another build of it can be put to the same tests, or the given one.
+inline std::string ProgramUnderTest(const char* built) {
+  const char* const named = std::getenv("APPLYDIC_PROGRAM");
+  return named == nullptr ? built : named;
 }
 
 // A folder of its own that goes with this object.

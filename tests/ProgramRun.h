@@ -17,7 +17,8 @@ class ProgramRun : public testing::Test {
   // Its arguments as the shell takes them. What stands before it may be variables or a pipe.
   int Run(const std::string& arguments, const std::string& before = "") {
     const std::string command = "cd '" + folder_.At("") + "' && " + before + " '" +
-                                APPLYDIC_PROGRAM + "' " + arguments + " >out 2>err";
+                                ProgramUnderTest(APPLYDIC_PROGRAM) + "' " + arguments +
+                                " >out 2>err";
     const int status = std::system(command.c_str());
     out_ = folder_.Read("out");
     err_ = folder_.Read("err");

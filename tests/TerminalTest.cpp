@@ -29,7 +29,7 @@ struct Ran {
 };
 Ran Shell(const std::string& command) {
   const std::string line = "set -o pipefail; cd '" EXAMPLES_FOLDER "'; applydic() { '" +
-                           std::string(APPLYDIC_PROGRAM) + "' \"$@\"; }; " + command;
+                           ProgramUnderTest(APPLYDIC_PROGRAM) + "' \"$@\"; }; " + command;
   setenv("APPLYDIC_TEST", line.c_str(), 1);
   std::FILE* const pipe = popen("bash -c \"$APPLYDIC_TEST\"", "r");
   Ran ran;
@@ -42,8 +42,8 @@ Ran Shell(const std::string& command) {
 // The same on a terminal of so many columns.
 Ran OnTerminal(const std::string& arguments, int columns, const std::string& settings = "") {
   Ran ran = Shell("script -qec 'stty cols " + std::to_string(columns) +
-                  "; unset COLUMNS NO_COLOR; " + settings + " TERM=xterm " + APPLYDIC_PROGRAM +
-                  " " + arguments + "' /dev/null </dev/null");
+                  "; unset COLUMNS NO_COLOR; " + settings + " TERM=xterm " +
+                  ProgramUnderTest(APPLYDIC_PROGRAM) + " " + arguments + "' /dev/null </dev/null");
   std::erase(ran.output, '\r');
   return ran;
 }
