@@ -153,6 +153,15 @@ export class MemorySystem {
     return statusFor(file.ino, regularFile, file.size);
   }
 
+  /** @param {string} path */
+  statusOfLink(path) {
+    return this.status(path);
+  }
+
+  currentFolder() {
+    return '/';
+  }
+
   /** @param {number} number */
   statusOf(number) {
     const { file } = this.#opened(number);
@@ -181,6 +190,16 @@ export class MemorySystem {
   rename(from, to) {
     this.#files.set(pathFromRoot(to), this.#at(from));
     return this.remove(from);
+  }
+
+  /**
+   * @param {string} from
+   * @param {string} to
+   */
+  link(from, to) {
+    if (this.#files.has(pathFromRoot(to))) throw new SystemError('EEXIST');
+    this.#files.set(pathFromRoot(to), this.#at(from));
+    return 0;
   }
 
   /** @param {string} path */

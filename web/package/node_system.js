@@ -2,6 +2,7 @@
 
 import { randomFillSync } from 'node:crypto';
 import fs from 'node:fs';
+import { dirname, relative, resolve } from 'node:path';
 import tty from 'node:tty';
 
 /** @typedef {import('./system.js').Opening} Opening */
@@ -104,6 +105,15 @@ export class NodeSystem {
     return fs.statSync(path, { bigint: true });
   }
 
+  /** @param {string} path */
+  statusOfLink(path) {
+    return fs.lstatSync(path, { bigint: true });
+  }
+
+  currentFolder() {
+    return this.isWindows ? process.cwd().replaceAll('\\', '/') : process.cwd();
+  }
+
   /** @param {number} file */
   statusOf(file) {
     return fs.fstatSync(file, { bigint: true });
@@ -111,7 +121,11 @@ export class NodeSystem {
 
   /** @param {string} path */
   readLink(path) {
-    return fs.readlinkSync(path);
+    const link = fs.readlinkSync(path);
+    if (!this.isWindows) return link;
+    // A drive in front is no absolute path to the program, so the link is told from where it stands.
+    const folder = fs.realpathSync(dirname(path));
+    return relative(folder, resolve(folder, link)).replaceAll('\\', '/');
   }
 
   /**
@@ -129,6 +143,15 @@ export class NodeSystem {
    */
   rename(from, to) {
     fs.renameSync(from, to);
+    return 0;
+  }
+
+  /**
+   * @param {string} from
+   * @param {string} to
+   */
+  link(from, to) {
+    fs.linkSync(from, to);
     return 0;
   }
 

@@ -33,11 +33,14 @@
  * @property {(file: number) => number} flush writes to the disk what was written
  * @property {(folder: string) => number} flushFolder the same of the names in a folder
  * @property {(path: string) => Status} status links are followed
+ * @property {(path: string) => Status} statusOfLink the same where a link is not followed
  * @property {(file: number) => Status} statusOf
+ * @property {() => string} currentFolder its path, with slashes
  * @property {(path: string) => string} readLink
  * @property {(path: string, how: number) => number} checkAccess how: 4 to read, 2 to write, 1 to
  *     search a folder, or a sum of these
  * @property {(from: string, to: string) => number} rename
+ * @property {(from: string, to: string) => number} link gives a file one name more
  * @property {(path: string) => number} remove
  * @property {(file: number, mode: number) => number} setMode
  * @property {(file: number, user: number, group: number) => number} setOwner

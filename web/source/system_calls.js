@@ -5,10 +5,13 @@
 mergeInto(LibraryManager.library, {
   $calls__deps: ['$ERRNO_CODES'],
   $calls: {
-    // What is open without the system: the folders, by their numbers, and the source of random bytes.
+    // What is open without the system: the folders, by their numbers, the source of random bytes, and
+    // second numbers of files, which node does not make.
     folders: {},
     nextFolder: 1e6,
     kRandom: 1e6 - 1,
+    kSecond: 1e6 - 2,       // every second number of a file
+    kTemporary: 0o20200000, // O_TMPFILE
 
     // Calls a function and returns what it returns, or the negative number of the error.
     number: (call) => {
@@ -29,6 +32,8 @@ mergeInto(LibraryManager.library, {
     },
 
     open: (path, flags, mode) => {
+      // A file without a name; node cannot give it one later.
+      if ((flags & calls.kTemporary) === calls.kTemporary) return -{{{ cDefine('EOPNOTSUPP') }}};
       if (flags & {{{ cDefine('O_DIRECTORY') }}}) return calls.openFolder(path);
       if (path === '/dev/urandom') return calls.kRandom;
       return Module.system.open(path, {
@@ -105,7 +110,7 @@ mergeInto(LibraryManager.library, {
   },
   fd_close__deps: ['$calls'],
   fd_close: function(file) {
-    if (file === calls.kRandom || calls.folders[file] !== undefined) return 0;
+    if (file === calls.kRandom || file === calls.kSecond || calls.folders[file] !== undefined) return 0;
     return -calls.number(() => Module.system.close(file));
   },
   fd_read__deps: ['$calls'],
@@ -130,16 +135,25 @@ mergeInto(LibraryManager.library, {
   __syscall_stat64: function(path, into) {
     return calls.number(() => calls.fillStatus(into, Module.system.status(UTF8ToString(path))));
   },
+  __syscall_lstat64__deps: ['$calls'],
+  __syscall_lstat64: function(path, into) {
+    return calls.number(
+        () => calls.fillStatus(into, Module.system.statusOfLink(UTF8ToString(path))));
+  },
+  __syscall_getcwd: function(into, size) {
+    const folder = Module.system.currentFolder();
+    stringToUTF8(folder, into, size);
+    return lengthBytesUTF8(folder) + 1;
+  },
   __syscall_fstat64__deps: ['$calls'],
   __syscall_fstat64: function(file, into) {
     return calls.number(() => calls.fillStatus(into, Module.system.statusOf(file)));
   },
   __syscall_fcntl64__deps: ['$calls'],
+  // Asked is whether a file is open, or for a second number of it (1030, F_DUPFD_CLOEXEC).
   __syscall_fcntl64: function(file, operation) {
-    if (operation !== {{{ cDefine('F_GETFD') }}} && operation !== {{{ cDefine('F_SETFD') }}}) {
-      return -{{{ cDefine('EINVAL') }}};
-    }
-    return calls.number(() => (Module.system.statusOf(file), 0));
+    const isSecond = operation === 1030;
+    return calls.number(() => (Module.system.statusOf(file), isSecond ? calls.kSecond : 0));
   },
   // What is asked is the size of a terminal.
   __syscall_ioctl__deps: ['$calls'],
@@ -167,6 +181,11 @@ mergeInto(LibraryManager.library, {
     return calls.number(
         () => Module.system.rename(calls.pathAt(fromFolder, from), calls.pathAt(toFolder, to)));
   },
+  __syscall_linkat__deps: ['$calls'],
+  __syscall_linkat: function(fromFolder, from, toFolder, to) {
+    return calls.number(
+        () => Module.system.link(calls.pathAt(fromFolder, from), calls.pathAt(toFolder, to)));
+  },
   __syscall_unlinkat__deps: ['$calls'],
   __syscall_unlinkat: function(folder, path) {
     return calls.number(() => Module.system.remove(calls.pathAt(folder, path)));
@@ -177,8 +196,10 @@ mergeInto(LibraryManager.library, {
   __syscall_fchown32: function(file, user, group) {
     return calls.number(() => Module.system.setOwner(file, user, group));
   },
-  // Node has no access lists of files.
+  // Node has no attributes and access lists of files.
   getxattr: function() { return -1; },
+  fgetxattr: function() { return -1; },
+  listxattr: function() { return -1; },
   fsetxattr: function() { return -1; },
 
   getentropy: function(into, size) {

@@ -17,16 +17,6 @@ mergeInto(LibraryManager.library, {
   __syscall_unlink: function(path) {
     return calls.number(() => Module.system.remove(UTF8ToString(path)));
   },
-  __syscall_lstat64__deps: ['$calls'],
-  __syscall_lstat64: function(path, into) {
-    return calls.number(
-        () => calls.fillStatus(into, Module.system.statusOfLink(UTF8ToString(path))));
-  },
-  __syscall_getcwd: function(into, size) {
-    const folder = Module.system.currentFolder();
-    stringToUTF8(folder, into, size);
-    return lengthBytesUTF8(folder) + 1;
-  },
   // All names at once, then none.
   __syscall_getdents64__deps: ['$calls'],
   __syscall_getdents64: function(folder, into) {

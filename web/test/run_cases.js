@@ -29,14 +29,6 @@ class TestSystem extends NodeSystem {
     return 0;
   }
 
-  currentFolder() {
-    return process.cwd();
-  }
-
-  statusOfLink(file) {
-    return fs.lstatSync(file, { bigint: true });
-  }
-
   namesIn(folder, number) {
     if (this.#read.has(number)) return [];
     this.#read.add(number);
