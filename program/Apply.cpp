@@ -17,6 +17,7 @@
 #include "program/Output.h"
 #include "program/Report.h"
 #include "program/Run.h"
+#include "standalone/Host/Host.h"
 #include "standalone/Syntax/Diagnostics.h"
 #include "standalone/Syntax/Subcommands.h"
 #include "standalone/Syntax/Tokenizer.h"
@@ -82,11 +83,14 @@ void TellOutcome(const Outcome& outcome, const ApplyOptions& options,
 
 }  // namespace
 
-ExitStatus RunApply(const ApplyOptions& options, velahost::Host& host) {
+ExitStatus RunApply(const ApplyOptions& options) {
   const EntryPoint applyDictionary = LoadLibrary();
   std::vector<velahost::Command> commands = ReadCommands(options);
-  if (options.working.size() > 1) return ApplyToEach(options, commands, applyDictionary, host);
+  if (options.working.size() > 1) return ApplyToEach(options, commands, applyDictionary);
 
+  // It lives until the program ends. To take its dictionaries apart piece by piece would only give
+  // back memory that the system takes back at once.
+  velahost::Host& host = *new velahost::Host;
   const std::string commandText = options.report ? velahost::TextWithoutPasswords(commands) : "";
   Run run(host, options.working.front(), std::move(commands), options.language);
   const Destination destination = DestinationOf(options, run.Working().path);

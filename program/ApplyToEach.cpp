@@ -20,6 +20,7 @@
 #include "program/Progress.h"
 #include "program/Run.h"
 #include "program/Terminal.h"
+#include "standalone/Host/Host.h"
 #include "standalone/Syntax/Diagnostics.h"
 
 namespace applydic {
@@ -101,11 +102,12 @@ void Tell(const FileResult& result, const std::vector<velahost::Diagnostic>& dia
   });
 }
 
-// Applies the commands to one file, and tells of it.
+// Applies the commands to one file, on a host of its own, and tells of it.
 ExitStatus ApplyToOne(const std::string& working, const ApplyOptions& options,
                       const std::vector<velahost::Command>& commands, EntryPoint applyDictionary,
-                      velahost::Host& host, Page page) {
+                      Page page) {
   NameInMessages(working);
+  velahost::Host host;
   std::optional<Run> run;  // the outcome refers to what it has read
   FileResult result{working, kCannotRun, {}, {}};
   try {
@@ -136,7 +138,7 @@ void TellOfSignal(const std::string& working, int signal, const ApplyOptions& op
 }  // namespace
 
 ExitStatus ApplyToEach(const ApplyOptions& options, const std::vector<velahost::Command>& commands,
-                       EntryPoint applyDictionary, velahost::Host& host) {
+                       EntryPoint applyDictionary) {
   CheckDestinations(options);
   const std::vector<std::string>& files = options.working;
   const Page page = PageOfOutput(options.color);
@@ -145,9 +147,7 @@ ExitStatus ApplyToEach(const ApplyOptions& options, const std::vector<velahost::
   Progress::Stage stage("Files done:", Progress::Count::Items, files.size());
   RunJobs(
       files.size(), options.jobs,
-      [&](std::size_t i) {
-        return ApplyToOne(files[i], options, commands, applyDictionary, host, page);
-      },
+      [&](std::size_t i) { return ApplyToOne(files[i], options, commands, applyDictionary, page); },
       [&](std::size_t i, const JobResult& result) {
         WriteAside(result.aside);
         WriteForReader(Stream::Output, [&](const ByteSink& sink) { sink(result.output); });

@@ -5,7 +5,6 @@
 #include "program/CommandLine.h"
 #include "program/Failure.h"
 #include "program/Library.h"
-#include "standalone/Host/Host.h"
 #include "standalone/Syntax/Tokenizer.h"
 
 namespace applydic {
@@ -20,6 +19,6 @@ namespace applydic {
 // Returns the worst status. Throws Failure, before anything is written, where the outcomes cannot
 // all be written as the options say.
 ExitStatus ApplyToEach(const ApplyOptions& options, const std::vector<velahost::Command>& commands,
-                       EntryPoint applyDictionary, velahost::Host& host);
+                       EntryPoint applyDictionary);
 
 }  // namespace applydic

@@ -22,6 +22,7 @@
 #include "program/Output.h"
 #include "program/Progress.h"
 #include "program/Run.h"
+#include "standalone/Host/Host.h"
 #include "standalone/Syntax/Diagnostics.h"
 #include "standalone/Syntax/Tokenizer.h"
 
@@ -180,10 +181,11 @@ ExitStatus CheckEach(const CheckOptions& options,
 
 }  // namespace
 
-ExitStatus RunCheck(const CheckOptions& options, velahost::Host& host) {
+ExitStatus RunCheck(const CheckOptions& options) {
   const EntryPoint applyDictionary = LoadLibrary();
   const std::vector<Command> commands = ReadCommands(options);
   const auto check = [&](const std::string& working) {
+    velahost::Host host;
     const Findings findings = Check(working, options, commands, applyDictionary, host);
     Tell(findings, options);
     return findings.status;

@@ -52,9 +52,9 @@ struct TerminateHandler {
 };
 [[gnu::init_priority(101)]] const TerminateHandler terminateHandler;
 
-ExitStatus Run(const Request& request, velahost::Host& host) {
-  if (const auto* apply = std::get_if<ApplyOptions>(&request)) return RunApply(*apply, host);
-  if (const auto* check = std::get_if<CheckOptions>(&request)) return RunCheck(*check, host);
+ExitStatus Run(const Request& request) {
+  if (const auto* apply = std::get_if<ApplyOptions>(&request)) return RunApply(*apply);
+  if (const auto* check = std::get_if<CheckOptions>(&request)) return RunCheck(*check);
   if (const auto* show = std::get_if<ShowOptions>(&request)) return RunShow(*show);
   if (const auto* diff = std::get_if<DiffOptions>(&request)) return RunDiff(*diff);
   if (const auto* match = std::get_if<MatchOptions>(&request)) return RunMatch(*match);
@@ -73,10 +73,6 @@ int main(int argc, char** argv) {
   return applydic::ReportFailures([argc, argv]() -> applydic::ExitStatus {
     const applydic::Request request = applydic::ReadCommandLine(argc, argv);
     const applydic::Progress progress;
-    velahost::Host host;
-    const int status = applydic::Run(request, host);
-    // Everything is written. To take the host's dictionaries apart piece by piece would only give
-    // back memory that the system takes back at once.
-    std::_Exit(status);
+    std::_Exit(applydic::Run(request));  // everything is written
   });
 }
