@@ -42,6 +42,13 @@ import { runProgram } from './program.js';
  */
 
 /**
+ * @typedef {object} MatchOptions
+ * @property {Codebook} old whose variables may have other names
+ * @property {Codebook} new
+ * @property {string} [language] of the labels; else that of the first label of new
+ */
+
+/**
  * @typedef {object} ShowOptions
  * @property {Codebook} file
  * @property {string[]} [variables] only these
@@ -115,6 +122,25 @@ export function createCalls({ compiled, fillRandom, tellStage }) {
       return run(system, [
         'diff', '--json', ...languageOption(language), '--',
         ...names.map((name) => name.specification)]);
+    },
+
+    /**
+     * Proposes which variables of an older codebook those of a newer one come from, where names have
+     * changed. syntax has the proposals as commands, as the program writes them to a file; null where
+     * it could not run.
+     * @param {MatchOptions} options
+     * @returns {Promise<Result & {syntax: string | null}>}
+     */
+    async match({ old, new: now, language }) {
+      const system = newSystem();
+      const names = [put(system, old, 'old.xml'), put(system, now, 'new.xml')];
+      system.put(syntaxPath, new Uint8Array());
+      const result = await run(system, [
+        'match', '--json', '--output', syntaxPath, ...languageOption(language), '--',
+        ...names.map((name) => name.specification)]);
+      if (result.status !== 0) return { ...result, syntax: null };
+      const commands = system.take(syntaxPath) ?? new Uint8Array();
+      return { ...result, outcome: { ...result.outcome, written: null }, syntax: textOf(commands) };
     },
 
     /**

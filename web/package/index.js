@@ -8,7 +8,7 @@ import { createCalls } from './api.js';
 /** @type {Promise<WebAssembly.Module> | undefined} */
 let compiled;
 
-export const { apply, diff, show } = createCalls({
+export const { apply, diff, match, show } = createCalls({
   compiled: () => (compiled ??= readFile(new URL('applydic.wasm', import.meta.url))
     .then((bytes) => WebAssembly.compile(bytes))),
   fillRandom: (bytes) => randomFillSync(bytes),

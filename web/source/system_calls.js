@@ -164,6 +164,13 @@ mergeInto(LibraryManager.library, {
     HEAPU16.set([0, columns, 0, 0], size >> 1);
     return 0;
   },
+  // What is asked is whether a file is a terminal (2, in the first byte).
+  fd_fdstat_get__deps: ['$calls'],
+  fd_fdstat_get: function(file, into) {
+    HEAPU8.fill(0, into, into + 24);
+    HEAPU8[into] = Module.system.columns(file) === undefined ? 0 : 2;
+    return 0;
+  },
   __syscall_faccessat__deps: ['$calls'],
   __syscall_faccessat: function(folder, path, how) {
     return calls.number(() => Module.system.checkAccess(calls.pathAt(folder, path), how));

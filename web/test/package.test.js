@@ -46,8 +46,8 @@ test('npx runs the program, on the files of the folder', () => {
     fs.copyFileSync(path.join(examples, name), path.join(folder, name));
   }
   const args = ['apply', '-c', all];
-  const done = spawnSync('npx', ['--offline', 'applydic', ...args, '-o', 'out.xml', 'survey_2026.xml'],
-    { cwd: folder });
+  const done = spawnSync(
+    'npx', ['--offline', '--silent', 'applydic', ...args, '-o', 'out.xml', 'survey_2026.xml'], { cwd: folder });
   assert.equal(done.status, 0, done.stderr.toString());
   const expected = runNative(args);
   assert.deepEqual(fs.readFileSync(path.join(folder, 'out.xml')), expected.written);
@@ -75,7 +75,7 @@ test('apply gives the bytes and the outcome of the native program', async () => 
   assert.equal(result.status, 0);
   assert.deepEqual(Buffer.from(result.written), expected.written);
   const { written, ...outcome } = JSON.parse(expected.stdout);
-  assert.deepEqual(result.outcome, { ...outcome, written: 'survey_2026.xml' });
+  assert.deepEqual(result.outcome, { ...outcome, written: 'survey_2026.xml', replaced: true });
   assert.equal(result.diagnostics.map(({ severity, message }) =>
     `applydic: ${severity}: ${message}\n`).join(''), expected.stderr.toString());
   assert.deepEqual(working, example('survey_2026.xml'));
@@ -90,7 +90,7 @@ test('a dry run writes nothing and tells the same', async () => {
   const written = await calls.apply(options);
   const dry = await calls.apply({ ...options, dryRun: true });
   assert.equal(dry.written, null);
-  assert.deepEqual(dry.outcome, { ...written.outcome, written: null });
+  assert.deepEqual(dry.outcome, { ...written.outcome, written: null, replaced: false });
 });
 
 test('several sources, in folders, and a data file by its ID', async () => {
@@ -102,7 +102,7 @@ test('several sources, in folders, and a data file by its ID', async () => {
   assert.equal(result.status, 0, JSON.stringify(result.diagnostics));
   const unknown = await calls.show({ file: { bytes: result.written, name: 'a.xml', id: 'none' } });
   assert.equal(unknown.status, 2);
-  assert.match(unknown.diagnostics[0].message, /^a\.xml#none/);
+  assert.match(unknown.diagnostics[0].message, /^a\.xml: has no data file with the ID none/);
 });
 
 test('diff tells what apply did', async () => {
@@ -117,9 +117,23 @@ test('diff tells what apply did', async () => {
   assert.deepEqual(differs.outcome.changed, outcome.changed);
 });
 
+test('match gives the commands that the native program writes', async () => {
+  const old = example('survey_2025.xml');
+  const renamed = Buffer.from(old.toString().replaceAll(/(<(\w+:)?var [^>]*name=")/g, '$1w2_'));
+  const given = path.join(folder, 'w2.xml');
+  fs.writeFileSync(given, renamed);
+  const printed = execFileSync(native, ['match', '--json', '-o', 'pairs', path.join(examples, 'survey_2025.xml'), given],
+    { cwd: folder, stdio: 'pipe' });
+  const { outcome, syntax } = await calls.match({ old, new: { bytes: renamed, name: given } });
+  assert.ok(outcome.proposals.length > 10);
+  assert.deepEqual(outcome.proposals, JSON.parse(printed).proposals);
+  const commandsIn = (text) => text.replaceAll(/FROM '[^']*'/g, 'FROM');
+  assert.equal(commandsIn(syntax).slice(-500), commandsIn(fs.readFileSync(path.join(folder, 'pairs'), 'utf8')).slice(-500));
+});
+
 test('what is refused is told, and nothing is written', async () => {
   const working = example('survey_2026.xml');
-  const broken = Buffer.from(working.toString().replace('</dataDscr>', ''));
+  const broken = Buffer.from(working.toString().replace(/<\/(\w+:)?dataDscr>/, ''));
   const ofBroken = await calls.apply({ working: broken, command: 'FROM *' });
   assert.equal(ofBroken.status, 2);
   assert.equal(ofBroken.written, null);
