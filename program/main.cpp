@@ -70,9 +70,10 @@ ExitStatus Run(const Request& request) {
 int main(int argc, char** argv) {
   applydic::IgnoreSignalsOfWriting();
   applydic::KeepStandardStreams();
-  return applydic::ReportFailures([argc, argv]() -> applydic::ExitStatus {
+  // Everything is written then, and a source that is not needed may still be read beside.
+  std::_Exit(applydic::ReportFailures([argc, argv] {
     const applydic::Request request = applydic::ReadCommandLine(argc, argv);
     const applydic::Progress progress;
-    std::_Exit(applydic::Run(request));  // everything is written
-  });
+    return applydic::Run(request);
+  }));
 }

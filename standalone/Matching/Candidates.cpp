@@ -71,20 +71,20 @@ std::vector<Column> Candidates::For(Column newColumn) {
 
 // Adds the columns that have the greatest weight of rare words in common with a text.
 void Candidates::AddBest(const Words& words, const std::vector<Columns>& index,
-                         const Vocabulary& vocabulary, std::size_t most, Columns& found) {
+                         const Lexicon& lexicon, std::size_t most, Columns& found) {
   std::vector<WordId> rarest = words.ids;
   std::erase_if(rarest, [&index](WordId word) {
     return index[word].empty() || index[word].size() > kMostHolders;
   });
-  std::stable_sort(rarest.begin(), rarest.end(), [&vocabulary](WordId a, WordId b) {
-    return vocabulary.WeightOf(a) > vocabulary.WeightOf(b);
+  std::stable_sort(rarest.begin(), rarest.end(), [&lexicon](WordId a, WordId b) {
+    return lexicon.WeightOf(a) > lexicon.WeightOf(b);
   });
   if (rarest.size() > kMostWords) rarest.resize(kMostWords);
   Columns touched;
   for (const WordId word : rarest) {
     for (const Column column : index[word]) {
       if (weights_[column] == 0) touched.push_back(column);
-      weights_[column] += vocabulary.WeightOf(word);
+      weights_[column] += lexicon.WeightOf(word);
     }
   }
   const std::size_t kept = std::min(most, touched.size());

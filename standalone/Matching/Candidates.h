@@ -26,7 +26,7 @@ class Candidates {
   using Columns = std::vector<Column>;
 
   void IndexOldFile();
-  void AddBest(const Words& words, const std::vector<Columns>& index, const Vocabulary& vocabulary,
+  void AddBest(const Words& words, const std::vector<Columns>& index, const Lexicon& lexicon,
                std::size_t most, Columns& found);
   void AddNear(const Columns& columns, Column newColumn, Columns& found) const;
 

@@ -129,7 +129,8 @@ class Matcher {
       const auto end = std::find_if(first, pairs_.end(), [first](const CandidatePair& other) {
         return other.columns != first->columns;
       });
-      weighed.push_back({first->columns, EvidenceFor({&*first, static_cast<std::size_t>(end - first)}, order)});
+      weighed.push_back(
+          {first->columns, EvidenceFor({&*first, static_cast<std::size_t>(end - first)}, order)});
       first = end;
     }
     pairs_ = std::move(weighed);

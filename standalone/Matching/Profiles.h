@@ -50,8 +50,8 @@ class Profiles {
   std::size_t Count(MatchSide side) const {
     return profiles_[static_cast<std::size_t>(side)].size();
   }
-  const Vocabulary& Labels() const { return labels_; }
-  const Vocabulary& Questions() const { return questions_; }
+  const Lexicon& Labels() const { return labels_; }
+  const Lexicon& Questions() const { return questions_; }
 
   ValueSets& Sets() { return sets_; }
 
@@ -59,8 +59,8 @@ class Profiles {
   void CountTexts(Words Profile::*texts, std::size_t Profile::*counts);
 
   std::array<std::vector<Profile>, 2> profiles_;  // by side and column
-  Vocabulary labels_;
-  Vocabulary questions_;
+  Lexicon labels_;
+  Lexicon questions_;
   ValueSets sets_;
 };
 

@@ -53,7 +53,7 @@ class ValueSets {
 
   std::uint64_t KeyOf(const Text& label);
 
-  Vocabulary words_;
+  Lexicon words_;
   TextMap<std::uint64_t> labelKeys_;  // by label as it is spelled
   std::vector<Set> sets_;
   TextMap<Id> ids_;  // by the bytes of the pairs

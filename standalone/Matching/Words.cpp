@@ -75,7 +75,7 @@ void ForEachWord(std::string_view upper, Take take) {
 
 }  // namespace
 
-Words Vocabulary::Read(std::string_view text, MatchSide side) {
+Words Lexicon::Read(std::string_view text, MatchSide side) {
   Words words;
   std::size_t count = 0;
   ForEachWord(UpperCase(text), [&](std::string_view word) {
@@ -92,16 +92,16 @@ Words Vocabulary::Read(std::string_view text, MatchSide side) {
   return words;
 }
 
-void Vocabulary::Weigh() {
+void Lexicon::Weigh() {
   for (Word& word : words_) word.weight = WeightOf(word);
 }
 
-void Vocabulary::Weigh(Words& words) const {
+void Lexicon::Weigh(Words& words) const {
   words.weight = 0;
   for (const WordId id : words.ids) words.weight += WeightOf(id);
 }
 
-WordId Vocabulary::IdOf(std::string_view word) {
+WordId Lexicon::IdOf(std::string_view word) {
   const auto found = ids_.find(word);
   if (found != ids_.end()) return found->second;
   const auto id = static_cast<WordId>(words_.size());
@@ -110,7 +110,7 @@ WordId Vocabulary::IdOf(std::string_view word) {
   return id;
 }
 
-double Vocabulary::WeightOf(const Word& word) const {
+double Lexicon::WeightOf(const Word& word) const {
   const auto texts = static_cast<double>(texts_[0] + texts_[1]);
   const double weight = std::log(1 + texts / (word.texts[0] + word.texts[1]));
   if (word.isYear) return weight * kYearWeight;
@@ -123,7 +123,7 @@ double Vocabulary::WeightOf(const Word& word) const {
   return weight;
 }
 
-bool Vocabulary::AreAlike(WordId a, WordId b) const {
+bool Lexicon::AreAlike(WordId a, WordId b) const {
   const std::string_view textA = words_[a].text;
   const std::string_view textB = words_[b].text;
   const std::size_t shorter = std::min(textA.size(), textB.size());
@@ -138,7 +138,7 @@ bool Vocabulary::AreAlike(WordId a, WordId b) const {
   return DifferByOne(textA, textB);
 }
 
-double Vocabulary::WeightOfAlike(const std::vector<WordId>& a, const std::vector<WordId>& b) const {
+double Lexicon::WeightOfAlike(const std::vector<WordId>& a, const std::vector<WordId>& b) const {
   if (a.size() > kMostCompared || b.size() > kMostCompared) return 0;
   double weight = 0;
   std::array<bool, kMostCompared> taken = {};
@@ -153,7 +153,7 @@ double Vocabulary::WeightOfAlike(const std::vector<WordId>& a, const std::vector
   return weight;
 }
 
-double Vocabulary::Similarity(const Words& a, const Words& b) const {
+double Lexicon::Similarity(const Words& a, const Words& b) const {
   const double all = a.weight + b.weight;
   if (all <= 0) return 0;
   if (a.text == b.text && !a.text.empty()) return 1;

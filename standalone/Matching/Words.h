@@ -16,11 +16,11 @@ enum class MatchSide : std::uint8_t { Old, New };
 
 using WordId = std::uint32_t;
 
-// The words of a text, by their numbers in a vocabulary.
+// The words of a text, by their numbers in a lexicon.
 struct Words {
   std::vector<WordId> ids;   // ascending, none twice
   std::vector<WordId> text;  // in the order of the text, without years
-  double weight = 0;         // of all ids together, once the vocabulary has weighed them
+  double weight = 0;         // of all ids together, once the lexicon has weighed them
 
   bool Empty() const { return ids.empty(); }
 };
@@ -29,7 +29,7 @@ struct Words {
 // without regard to case; a character of a script that is written without blanks is one by itself.
 // Rare words weigh more than common ones. Years weigh little, and so do words that many texts of
 // one file have and none of the other: they say which file it is.
-class Vocabulary {
+class Lexicon {
  public:
   // Reads the words of a text, the first kMostWords of them, and counts them.
   Words Read(std::string_view text, MatchSide side);
