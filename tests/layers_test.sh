@@ -73,8 +73,8 @@ check_part Matching 'standalone/(Text|Dictionary)'
 check_part Syntax 'standalone/(Text|Dictionary)'
 check_part Host 'host|standalone/(Text|Files|Dictionary|Codebook|Syntax)'
 # Two classes of one name are one to the linker, which takes the functions of either for both.
-twice=$(grep -rhoE --include='*.h' '^(class|struct) \w+[^;]* \{' standalone program |
-  sed -E 's/^\w+ (\w+).*/\1/' | sort | uniq -d)
+twice=$(grep -rhoE --include='*.h' '^(class|struct) \w+(::\w+)*( final)?( :.*)? \{' standalone program |
+  sed -E 's/^\w+ ([A-Za-z0-9_:]*\w).*/\1/' | sort | uniq -d)
 [ -z "$twice" ] || {
   echo "these classes are defined in two headers: $twice"
   failures=$((failures + 1))
