@@ -46,6 +46,7 @@ std::vector<std::string> MissingOf(const VELA_Variable& variable) {
   const OBS* cells[3] = {};
   const int count = std::abs(variable.GetMissingValues(cells[0], cells[1], cells[2]));
   std::vector<std::string> values;
+  values.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) values.push_back(BytesAt(cells[i], variable.GetType()));
   return values;
 }
@@ -93,7 +94,7 @@ void NamesAgree() {
     std::string upper = variable.GetName();
     const std::size_t size = upper.size();
     Check(VELAMBstrupr_A(upper.data()) == upper.data(), "VELAMBstrupr_A returns the text");
-    Check(upper.c_str() == std::string(variable.GetUpperCaseName()),
+    Check(std::strcmp(upper.c_str(), variable.GetUpperCaseName()) == 0,
           "GetUpperCaseName is what VELAMBstrupr_A makes of the name");
     Check(std::strlen(upper.c_str()) <= size, "an upper-case name takes no more bytes");
     Check(file.FindVarIndex(variable.GetName(), 0) == column, "FindVarIndex finds each name");

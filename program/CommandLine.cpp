@@ -45,7 +45,7 @@ std::vector<std::string> ReversedArguments(int argc, const char* const* argv) {
 class HelpFormatter : public CLI::Formatter {
  public:
   std::string make_option_name(const CLI::Option* option, bool isPositional) const override {
-    const std::string name = Formatter::make_option_name(option, isPositional);
+    std::string name = Formatter::make_option_name(option, isPositional);
     const std::size_t brace = name.find('{');  // behind it: what it is without a text
     if (brace == std::string::npos) return name;
     return name.substr(0, brace) + "[=" + option->get_type_name() + "]";

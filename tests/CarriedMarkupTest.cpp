@@ -74,19 +74,20 @@ class Documents {
   std::string Documentation(const std::string& p) {
     std::string text;
     for (const char* kind : {"qstn", "txt", "universe"}) {
-      if (UpTo(2) == 0) continue;
-      const std::vector<std::string> inner = {
-          "text &amp; more&#13;",
-          "<" + p + "emph>E</" + p + "emph>",
-          "<x:b xmlns:x='urn:x'>b<" + p + "emph>E</" + p + "emph></x:b>",
-          "<d:x xmlns:d='urn:f'>" + (p == "d:" ? "" : "<" + p + "emph>q</" + p + "emph>") +
-              "</d:x>",
-          "<div xmlns='urn:html'><h:emph xmlns:h='" + std::string(kStandard) + "'>E</h:emph></div>",
-          "<a xmlns='u'><c xmlns=''>c</c></a>",
-          "<" + p + "Link refs='Q'>l</" + p + "Link>\n<!-- c -->"};
-      text += "<" + p + kind + ">t" + Any(inner) + Any(inner) + "</" + p + kind + ">";
+      if (UpTo(2) > 0) text += Element(p + kind, p);
     }
     return text;
+  }
+  std::string Element(const std::string& name, const std::string& p) {
+    const std::vector<std::string> inner = {
+        "text &amp; more&#13;",
+        "<" + p + "emph>E</" + p + "emph>",
+        "<x:b xmlns:x='urn:x'>b<" + p + "emph>E</" + p + "emph></x:b>",
+        "<d:x xmlns:d='urn:f'>" + (p == "d:" ? "" : "<" + p + "emph>q</" + p + "emph>") + "</d:x>",
+        "<div xmlns='urn:html'><h:emph xmlns:h='" + std::string(kStandard) + "'>E</h:emph></div>",
+        "<a xmlns='u'><c xmlns=''>c</c></a>",
+        "<" + p + "Link refs='Q'>l</" + p + "Link>\n<!-- c -->"};
+    return "<" + name + ">t" + Any(inner) + Any(inner) + "</" + name + ">";
   }
 
   std::mt19937 random_;
@@ -108,6 +109,7 @@ std::vector<std::string> DocumentationIn(const std::string& document) {
 TEST(CarriedMarkup, KeepsItsNamespacesAndIsReadBack) {
   const Folder folder;
   const std::vector<std::string> encodings = {"UTF-8", "US-ASCII", "windows-1252", "KOI8-R"};
+  const std::string command = "FROM '" + folder.At("s.xml") + "#F2' /NEWVARS";
   for (unsigned seed = 0; seed < 300; ++seed) {
     Documents documents(seed);
     const std::string source = documents.Make(documents.Any(encodings), {"a", "b", "c"});
@@ -115,7 +117,6 @@ TEST(CarriedMarkup, KeepsItsNamespacesAndIsReadBack) {
     const testing::ScopedTrace trace(__FILE__, __LINE__, source + "\n" + working);
     ASSERT_GT(ElementsOf(source).size(), 1U) << ElementsOf(source).front();
     folder.Write("s.xml", source);
-    const std::string command = "FROM '" + folder.At("s.xml") + "#F2' /NEWVARS";
     std::string saved;
     {
       Hosted hosted(folder.Write("w.xml", working) + "#F2");

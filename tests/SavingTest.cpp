@@ -140,9 +140,30 @@ int SaveAndKill(const std::function<void()>& save, int steps, std::string& calls
   return WaitFor(child);
 }
 
+class KilledSaving : public Saving {
+ protected:
+  void ExpectBackup(bool isSaved) const {
+    const std::string backup = folder_.Read("w.xml~");
+    EXPECT_TRUE(backup == kOld || (!isSaved && backup == "older"));
+    fs::remove(folder_.At("w.xml~"));
+  }
+  // Returns how many files there are besides the saved one.
+  int RemoveOthers() const {
+    int others = 0;
+    for (const auto& entry : fs::directory_iterator(folder_.At(""))) {
+      // What is left behind is nobody's to read who may not read the file.
+      EXPECT_EQ(entry.status().permissions() & ~fs::perms{0640}, fs::perms::none) << entry.path();
+      if (entry.path() == path_) continue;
+      fs::remove(entry.path());
+      ++others;
+    }
+    return others;
+  }
+};
+
 // The bytes and permissions reach the disk before they show, and a backup before what replaces it.
 // Between the linking of a name and its renaming, two steps apart, that name is left behind.
-TEST_F(Saving, IsKilledBeforeAndAfterEachSystemCall) {
+TEST_F(KilledSaving, LeavesTheOldFileOrTheNewOneAtEachSystemCall) {
   struct Row {
     std::function<void()> save;
     std::string calls;
@@ -165,18 +186,8 @@ TEST_F(Saving, IsKilledBeforeAndAfterEachSystemCall) {
       if (status == kCannotPrepare << 8) GTEST_SKIP() << "no process can be traced here";
       if (IsNew() != wasNew) ++switches;
       wasNew = IsNew();
-      if (row.hasBackup) {
-        const std::string backup = folder_.Read("w.xml~");
-        EXPECT_TRUE(backup == kOld || (!wasNew && backup == "older")) << calls;
-        fs::remove(folder_.At("w.xml~"));
-      }
-      for (const auto& entry : fs::directory_iterator(folder_.At(""))) {
-        // What is left behind is nobody's to read who may not read the file.
-        EXPECT_EQ(entry.status().permissions() & ~fs::perms{0640}, fs::perms::none) << entry.path();
-        if (entry.path() == path_ || status != SIGKILL) continue;
-        fs::remove(entry.path());
-        ++strays;
-      }
+      if (row.hasBackup) ExpectBackup(wasNew);
+      if (status == SIGKILL) strays += RemoveOthers();
       ExpectHoldsAlone(wasNew ? kNew : kOld);
     }
     EXPECT_EQ(status, kSaved);

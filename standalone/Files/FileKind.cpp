@@ -52,7 +52,7 @@ bool IsTable(std::string_view first, char separator) {
 std::optional<std::string> KindOfOther(std::string_view first) {
   if (first.empty()) return "an empty file";
   const auto begins = [first](std::string_view bytes) { return first.starts_with(bytes); };
-  const auto known =
+  const auto* const known =
       std::find_if(kSignatures.begin(), kSignatures.end(),
                    [&](const Signature& signature) { return begins(signature.bytes); });
   if (known != kSignatures.end()) return known->kind;

@@ -146,11 +146,10 @@ void VELA_DataSource::SetWeightVar(int column) {
   velahost::Host& host = velahost::Host::Current();
   if (host.notesWeight && impl_->items.weight != column) {
     const velahost::Variable& weight = *impl_->Now(static_cast<std::size_t>(column));
-    host.diagnostics.Report(
-        velahost::Severity::TransferWarning,
-        {"The weight is ^1 now\\: without FILEINFO it is carried over too...",
-         {weight.name.String()}},
-        {}, "Write /FILEINFO with nothing after it to leave the weight alone.");
+    host.diagnostics.Report(velahost::Severity::TransferWarning,
+                            {"The weight is ^1 now\\: without FILEINFO it is carried over too...",
+                             {weight.name.String()}},
+                            {}, "Write /FILEINFO with nothing after it to leave the weight alone.");
   }
   impl_->items.weight = column;
 }

@@ -105,10 +105,9 @@ class KeywordReader {
   std::string AdviceOn(const Token& token) const {
     Token name;
     name.line = line_;
-    const std::string advice =
-        AdviceOnSeparator(token, position_ > 1 ? tokens_[position_ - 2] : name);
+    std::string advice = AdviceOnSeparator(token, position_ > 1 ? tokens_[position_ - 2] : name);
     if (!advice.empty()) return advice;
-    const std::string meant = DidYouMean(token.typed, KeywordsOf(table_));
+    std::string meant = DidYouMean(token.typed, KeywordsOf(table_));
     if (!meant.empty() || !TakesList() || token.kind != Token::Name) return meant;
     return "Names of variables stand after VARIABLES=.";
   }

@@ -205,7 +205,7 @@ std::optional<std::string> SourceNamedIn(const Command& command) {
 
 std::string AdviceOnSeparator(const Token& word, const Token& before) {
   if (BeginsCommand(word, before)) return kMissingPeriod;
-  const auto found = std::find(kTable.begin(), kTable.end() - 1, Capitals(word.typed));
+  const auto* const found = std::find(kTable.begin(), kTable.end() - 1, Capitals(word.typed));
   if (found == kTable.end() - 1) return {};
   return "If this is the subcommand " + *found + ", put a slash before it.";
 }

@@ -109,12 +109,13 @@ std::optional<int> VariableList::Column(const Token& name, const VariableNames& 
 
 std::string VariableList::AdviceOn(const Token& name, const VariableNames& variables) {
   if (&name != tokens_.data()) {
-    const std::string advice = AdviceOnSeparator(name, *(&name - 1));
+    std::string advice = AdviceOnSeparator(name, *(&name - 1));
     if (!advice.empty()) return advice;
   }
   std::string advice = "There is none of that name in " + where_ + ".";
   if (++suggestions_ > kMostSuggestions) return advice;
   std::vector<std::string_view> names;
+  names.reserve(static_cast<std::size_t>(variables.Count()));
   for (int column = 0; column < variables.Count(); ++column) names.push_back(variables.At(column));
   const std::string meant = DidYouMean(name.typed, names);
   return meant.empty() ? advice : advice + " " + meant;

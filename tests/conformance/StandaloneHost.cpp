@@ -1,10 +1,24 @@
 #include <velawapd/conformance/Conformance.h>
 
 #include <memory>
+#include <string>
 
 #include "standalone/Host/Host.h"
 
 // What the tests for hosts need of the standalone host: a codebook to work on.
+
+namespace {
+
+std::string FormatOf(int type) {
+  if (type == 0) return "<varFormat/>";
+  return "<varFormat type='character' formatname='A" + std::to_string(type) + "'/>";
+}
+
+std::string NoteOf(const std::string& name, const std::string& value) {
+  return "<notes type='VELA:attribute' level='var' subject='" + name + "'>" + value + "</notes>";
+}
+
+}  // namespace
 
 void conformance::OpenWorking(const std::vector<Sample>& samples) {
   std::string text = "<codeBook><dataDscr>";
@@ -17,12 +31,9 @@ void conformance::OpenWorking(const std::vector<Sample>& samples) {
     for (const auto& [value, label] : sample.valueLabels) {
       text += "<catgry><catValu>" + value + "</catValu><labl>" + label + "</labl></catgry>";
     }
-    text += sample.type == 0
-                ? "<varFormat/>"
-                : "<varFormat type='character' formatname='A" + std::to_string(sample.type) + "'/>";
+    text += FormatOf(sample.type);
     for (const auto& [name, value] : sample.attributes) {
-      text +=
-          "<notes type='VELA:attribute' level='var' subject='" + name + "'>" + value + "</notes>";
+      text += NoteOf(name, value);
     }
     text += "</var>";
   }
