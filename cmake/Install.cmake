@@ -33,6 +33,17 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/velawapdConfig.cmake
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/velawapd.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
+set(help_folder ${CMAKE_BINARY_DIR}/program)
+install(FILES ${help_folder}/applydic.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES ${help_folder}/applydic.bash RENAME applydic
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+install(FILES ${help_folder}/applydic.fish
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+# Zsh looks in the first of these below /usr/local, and in the second below /usr.
+foreach(folder site-functions vendor-completions)
+  install(FILES ${help_folder}/_applydic DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${folder})
+endforeach()
+
 install(FILES README.md CHANGELOG.md DESTINATION ${documents_folder})
 install(DIRECTORY docs/ DESTINATION ${documents_folder} FILES_MATCHING PATTERN "*.md"
         PATTERN "*.png")

@@ -22,7 +22,8 @@ constexpr const char* kExample =
     "Example:\n"
     "  applydic apply -c \"FROM 'survey_2025.xml'\" -o labelled.xml survey_2026.xml\n"
     "\n"
-    "'applydic apply --help' says more of apply, and so on.";
+    "'applydic help apply' says more of apply, and so on; 'applydic help command' of what is\n"
+    "written after --command, 'applydic help messages' of each message.";
 
 // The arguments without the program's name, the last one first, as the parser takes them. To it
 // "++" ends a subcommand and "-#ID" is an option; here they are a file, and standard input.
@@ -66,7 +67,7 @@ class CommandLine {
     program_.require_subcommand(1);
     program_.get_formatter()->label("REQUIRED", "");
     for (const auto make : {MakeApplyArguments, MakeCheckArguments, MakeDiffArguments,
-                            MakeMatchArguments, MakeShowArguments}) {
+                            MakeMatchArguments, MakeShowArguments, MakeHelpArguments}) {
       commands_.push_back(make(program_));
     }
   }

@@ -13,6 +13,7 @@
 
 #include "program/Account.h"
 #include "program/Failure.h"
+#include "program/Help/MessageHelp.h"
 #include "program/JsonStream.h"
 #include "program/Output.h"
 #include "program/Progress.h"
@@ -82,6 +83,20 @@ ByteSink WithoutTags(const ByteSink& sink) {
   };
 }
 
+// What is to be known of the messages, by their texts.
+Json ExplanationsJson(const std::vector<velahost::Diagnostic>& diagnostics) {
+  Json explanations = Json::object();
+  for (const velahost::Diagnostic& diagnostic : diagnostics) {
+    const std::string& text = diagnostic.message.text;
+    if (explanations.contains(text)) continue;
+    const MessageHelp* help = HelpFor(text);
+    if (help == nullptr) help = HelpFor(diagnostic.shown);
+    if (help == nullptr) continue;
+    explanations[text] = {{"what", help->what}, {"why", help->why}, {"action", help->action}};
+  }
+  return explanations;
+}
+
 void WriteData(const std::vector<Report::OfFile>& files, const std::string& commands,
                const std::vector<velahost::Diagnostic>& diagnostics,
                const std::optional<Outcome>& outcome, const ByteSink& sink) {
@@ -92,6 +107,7 @@ void WriteData(const std::vector<Report::OfFile>& files, const std::string& comm
   json.Member("files", FilesJson(files));
   json.Member("isRefused", !outcome.has_value());
   WriteOutcomeMembers(diagnostics, outcome, json);
+  json.Member("explanations", ExplanationsJson(diagnostics));
   json.Member("labels", outcome ? LabelsJson(*outcome) : Json::object());
   json.End();
 }

@@ -137,6 +137,8 @@ TEST_F(Program, SaysWhatToDoAboutMistakes) {
       {"apply -n w.xml -f s.xml", "this is a codebook or another XML document"},
       {"apply -n w.xml -c \"FROM 's.xml' PASSWORD 'secret /X\"", "Write a quote inside a string"},
       {"shwo s.xml", "Did you mean 'show'?"},
+      {"help shwo", "Did you mean 'show'?"},
+      {"help messages no such text", "'applydic help messages' lists them all"},
       {"s.xml", "as in 'applydic show s.xml'"},
       {"show t.csv", "this is no codebook, but a table of values"},
       {"show z.gz", "a file compressed by gzip"},
@@ -146,6 +148,25 @@ TEST_F(Program, SaysWhatToDoAboutMistakes) {
     EXPECT_NE(Run(arguments), 0) << arguments;
     EXPECT_NE(err_.find(advice), std::string::npos) << arguments << "\n" << err_;
     EXPECT_EQ(err_.find("secret"), std::string::npos) << err_;
+  }
+}
+
+TEST_F(Program, ExplainsItselfAndItsMessages) {
+  EXPECT_EQ(Run("help messages applydic: error: none.xml: cannot be read: No such file"), 0);
+  EXPECT_TRUE(out_.starts_with("\xE2\x80\xA6: cannot be read: \xE2\x80\xA6\n  What happened"));
+  EXPECT_EQ(Run("help messages 's: Labels not applied: some values too long'"), 0);
+  EXPECT_EQ(out_.find("Missing values"), std::string::npos) << "one message alone";
+  EXPECT_EQ(Run("apply --help"), 0);
+  const std::string help = out_;
+  EXPECT_EQ(Run("help apply"), 0);
+  EXPECT_EQ(out_, help);
+  // What the program takes is in what is made of it.
+  for (const std::string page : {"man", "bash", "zsh", "fish"}) {
+    EXPECT_EQ(Run("help " + page), 0);
+    std::erase(out_, '\\');
+    for (const std::string name : {"match", "dry-run", "backup", "strict", "color"}) {
+      EXPECT_NE(out_.find(name), std::string::npos) << page << " lacks " << name;
+    }
   }
 }
 

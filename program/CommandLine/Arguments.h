@@ -64,5 +64,6 @@ std::unique_ptr<Arguments> MakeCheckArguments(CLI::App& program);
 std::unique_ptr<Arguments> MakeShowArguments(CLI::App& program);
 std::unique_ptr<Arguments> MakeDiffArguments(CLI::App& program);
 std::unique_ptr<Arguments> MakeMatchArguments(CLI::App& program);
+std::unique_ptr<Arguments> MakeHelpArguments(CLI::App& program);
 
 }  // namespace applydic

@@ -62,7 +62,9 @@ test("tells the run", async () => {
   );
   const contents = await page.locator(".filters nav").innerText();
   assert.match(contents.replaceAll("\n", " "), /Messages 5 .*variables 22 .*Added variables 1/);
-  assert.match(await page.locator(".messages").innerText(), /Only variable label applied/);
+  const messages = await page.locator(".messages").innerText();
+  assert.match(messages, /Only variable label applied/);
+  assert.match(messages, /What happened\s+The variable is a number in one file/i);
   assert.match(await page.locator("#file-items").innerText(), /Weight\s+WTDESIGN\s+WTPERS/);
   assert.match(await page.locator("#notReached").innerText(), /SLEEP/);
   assert.deepEqual(page.faults, []);

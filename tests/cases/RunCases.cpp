@@ -6,6 +6,7 @@
 #include <set>
 #include <string_view>
 
+#include "program/Help/MessageHelp.h"
 #include "program/Library.h"
 #include "standalone/Host/DataSources.h"
 #include "standalone/Host/HostAccess.h"
@@ -79,6 +80,7 @@ Lines OutcomeOf(const velahost::Host& host, const Lines& changes) {
   Lines lines;
   for (const velahost::Diagnostic& diagnostic : host.diagnostics.All()) {
     lines.push_back(DiagnosticLine(diagnostic));
+    EXPECT_NE(applydic::HelpFor(diagnostic.shown), nullptr) << "no help for: " << diagnostic.shown;
   }
   lines.insert(lines.end(), changes.begin(), changes.end());
   if (host.legacyWeight != 0) lines.push_back("legacy weight " + std::to_string(host.legacyWeight));
