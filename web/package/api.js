@@ -14,6 +14,8 @@ import { runProgram } from './program.js';
  * @typedef {object} Diagnostic
  * @property {'warning' | 'error'} severity
  * @property {string} message
+ * @property {string} detail what stands below it: the line that it is about with a mark, and advice;
+ *     empty for none
  */
 
 /**
@@ -32,6 +34,7 @@ import { runProgram } from './program.js';
  * @property {string} [syntax] one or more commands
  * @property {string} [language] of the labels; else that of the first label of working
  * @property {boolean} [dryRun] nothing is written; the outcome tells what would be
+ * @property {boolean} [report] a report is made: a page to hand on
  */
 
 /**
@@ -64,6 +67,7 @@ import { runProgram } from './program.js';
  */
 
 const syntaxPath = '/applydic/commands';
+const reportPath = '/applydic/report.html';
 
 /**
  * The calls. No call leaves anything behind: each has a program and files of its own.
@@ -89,12 +93,14 @@ export function createCalls({ compiled, fillRandom, tellStage }) {
 
   return {
     /**
-     * Applies dictionaries to a codebook. written is the changed codebook; null if nothing was
-     * written.
+     * Applies dictionaries to a codebook. written is the changed codebook, null if nothing was
+     * written; report is there if one was asked for and the program could run.
      * @param {ApplyOptions} options
-     * @returns {Promise<Result & {written: Uint8Array | null}>}
+     * @returns {Promise<Result & {written: Uint8Array | null, report: Uint8Array | null}>}
      */
-    async apply({ working, sources = {}, command, syntax, language, dryRun = false }) {
+    async apply({
+      working, sources = {}, command, syntax, language, dryRun = false, report = false,
+    }) {
       const commands = command ?? syntax;
       if (commands === undefined || (command !== undefined && syntax !== undefined)) {
         throw new TypeError('apply: give exactly one of command and syntax');
@@ -105,9 +111,14 @@ export function createCalls({ compiled, fillRandom, tellStage }) {
       system.put(syntaxPath, new TextEncoder().encode(commands));
       const result = await run(system, [
         'apply', '--json', '--syntax', syntaxPath, dryRun ? '--dry-run' : '--in-place',
+        ...(report ? ['--report', reportPath] : []),
         ...languageOption(language), '--', name.specification]);
       const isWritten = result.status === 0 && !dryRun;
-      return { ...result, written: isWritten ? system.take(name.path) ?? null : null };
+      return {
+        ...result,
+        written: isWritten ? system.take(name.path) ?? null : null,
+        report: system.take(reportPath) ?? null,
+      };
     },
 
     /**
@@ -184,13 +195,16 @@ function textOf(bytes) {
 }
 
 /**
- * The messages in what the program wrote to standard error, one on a line.
+ * The messages in what the program wrote to standard error: a line for each, and below it, indented,
+ * what belongs to it.
  * @param {string} text
  * @returns {Diagnostic[]}
  */
 function diagnosticsIn(text) {
-  return [...text.matchAll(/^applydic: (warning|error): (.*)$/gm)].map(([, severity, message]) => ({
+  const messages = /^applydic: (warning|error): (.*)((?:\n {2}.*)*)$/gm;
+  return [...text.matchAll(messages)].map(([, severity, message = '', below = '']) => ({
     severity: severity === 'warning' ? 'warning' : 'error',
-    message: message ?? '',
+    message,
+    detail: below.slice(1),
   }));
 }

@@ -1,0 +1,166 @@
+// What came of a run: the messages of what could not be done, or the difference, and the downloads.
+
+import { showDifference } from '../../report/difference-view.js';
+import { button, counted, element, shown } from '../../report/elements.js';
+
+/**
+ * What applying to one working codebook gave.
+ * @typedef {object} Applied
+ * @property {string} name
+ * @property {import('package/api.js').Diagnostic[]} diagnostics
+ * @property {number} status
+ * @property {Uint8Array | null} written
+ * @property {Uint8Array | null} report
+ */
+
+/** @typedef {import('../../report/entries.js').Difference} Difference */
+
+/**
+ * Offers bytes as a file.
+ * @param {string} name
+ * @param {Uint8Array} bytes
+ * @param {string} type
+ */
+function download(name, bytes, type) {
+  const address = URL.createObjectURL(new Blob([/** @type {Uint8Array<ArrayBuffer>} */ (bytes)], { type }));
+  const link = element('a', { href: address, download: name, hidden: true });
+  document.body.append(link);
+  link.click();
+  link.remove();
+  setTimeout(() => URL.revokeObjectURL(address), 60_000);
+}
+
+/**
+ * The data that the report of the run holds: the difference, with labels and explanations.
+ * @param {Uint8Array} report
+ * @returns {Difference}
+ */
+function differenceOf(report) {
+  const page = new TextDecoder().decode(report);
+  const begin = page.indexOf('>', page.indexOf('id="data"')) + 1;
+  return JSON.parse(page.slice(begin, page.indexOf('</script>', begin)));
+}
+
+/** @param {Difference} difference */
+function summary({ changed, added = [], file = [] }) {
+  const parts = [
+    changed.length > 0 ? counted(changed.length, 'changed variable') : '',
+    added.length > 0 ? counted(added.length, 'added variable') : '',
+    file.length > 0 ? counted(file.length, 'item of the file', 'items of the file') : '',
+  ].filter(Boolean);
+  return parts.length === 0 ? 'Nothing to change' : parts.join(', ');
+}
+
+/** @param {string} name */
+function stemOf(name) {
+  return name.replace(/\.[^.]*$/, '');
+}
+
+export class OutcomeView {
+  /** @type {{close: () => void} | null} */
+  #shown = null;
+
+  /** @param {(working: string) => void} onMatch asks for the pairs of a codebook */
+  constructor(onMatch) {
+    this.onMatch = onMatch;
+    this.element = element('div', { class: 'outcome-part', hidden: true, tabindex: -1 });
+  }
+
+  hide() {
+    this.#shown?.close();
+    this.#shown = null;
+    this.element.hidden = true;
+    this.element.replaceChildren();
+  }
+
+  /**
+   * @param {Applied[]} all
+   * @param {string} commands
+   * @param {boolean} hasSource
+   */
+  show(all, commands, hasSource) {
+    this.hide();
+    const detail = element('div', { class: 'detail-part' });
+    const choose = (/** @type {Applied} */ applied) => {
+      this.#shown?.close();
+      this.#shown = null;
+      this.#showOne(detail, applied, commands, hasSource);
+    };
+    this.element.append(element('h2', { id: 'outcome-heading' }, 'What changes'));
+    if (all.length > 1) this.element.append(this.#chooser(all, choose));
+    this.element.append(detail);
+    this.element.hidden = false;
+    if (all[0]) choose(all[0]);
+    this.element.focus({ preventScroll: true });
+    this.element.scrollIntoView({ block: 'start' });
+  }
+
+  /**
+   * @param {Applied[]} all
+   * @param {(applied: Applied) => void} choose
+   */
+  #chooser(all, choose) {
+    const select = /** @type {HTMLSelectElement} */ (element('select', { id: 'which' }, ...all.map((applied, i) =>
+      element('option', { value: i }, `${applied.name}${applied.status === 0 ? '' : ' – not done'}`))));
+    select.addEventListener('change', () => {
+      const applied = all[Number(select.value)];
+      if (applied) choose(applied);
+    });
+    const done = all.filter(({ written }) => written !== null);
+    return element('div', { class: 'row' },
+      element('label', { for: 'which' }, 'Codebook'), select,
+      element('span', { class: 'note' }, `${done.length} of ${all.length} done`),
+      button({}, () => { for (const applied of done) downloadCodebook(applied); }, 'Download all that are done'));
+  }
+
+  /**
+   * @param {HTMLElement} detail
+   * @param {Applied} applied
+   * @param {string} commands
+   * @param {boolean} hasSource
+   */
+  #showOne(detail, applied, commands, hasSource) {
+    const { name, report, diagnostics, written } = applied;
+    if (written === null) {
+      const errors = diagnostics.filter(({ severity }) => severity === 'error');
+      detail.replaceChildren(element(
+        'div', { class: 'refused', role: 'alert' },
+        element('h3', {}, 'Nothing is changed in ', shown(name)),
+        ...errors.map(({ message, detail: below }) => element('div', {},
+          element('p', {}, shown(message)), below === '' ? null : element('pre', {}, shown(below))))));
+      if (report === null) return;
+    } else {
+      detail.replaceChildren();
+    }
+    const difference = differenceOf(/** @type {Uint8Array} */ (report));
+    const view = element('div');
+    if (written !== null) detail.append(this.#downloads(applied, difference, commands));
+    const lonely = difference.notReached?.length ?? 0;
+    if (written !== null && hasSource && lonely > 0) {
+      detail.append(element('p', { class: 'row hint' },
+        `${counted(lonely, 'variable')} of this year’s file ${lonely === 1 ? 'was' : 'were'} not reached. If names have changed:`,
+        button({}, () => this.onMatch(name), 'Find pairs')));
+    }
+    detail.append(view);
+    this.#shown = showDifference(view, difference);
+  }
+
+  /**
+   * @param {Applied} applied
+   * @param {Difference} difference
+   * @param {string} commands
+   */
+  #downloads(applied, difference, commands) {
+    const { name, report } = applied;
+    return element('div', { class: 'row downloads' },
+      element('strong', { role: 'status' }, summary(difference)),
+      button({ class: 'main' }, () => downloadCodebook(applied), 'Download ', shown(name)),
+      button({}, () => download(`${stemOf(name)}-report.html`, /** @type {Uint8Array} */ (report), 'text/html'), 'Download the report'),
+      button({}, () => download('commands.txt', new TextEncoder().encode(commands), 'text/plain'), 'Download the commands'));
+  }
+}
+
+/** @param {Applied} applied */
+function downloadCodebook({ name, written }) {
+  if (written !== null) download(name, written, 'application/xml');
+}

@@ -1,0 +1,63 @@
+// The work, done on a worker so that the page stays alive, one task at a time.
+
+/** @typedef {import('./worker.js').Task} Task */
+
+export class Cancelled extends Error {}
+
+export class Tasks {
+  /** @type {Worker | null} */
+  #worker = null;
+  /** @type {((reason: Error) => void) | null} */
+  #refuse = null;
+
+  /**
+   * @param {() => Worker} startWorker
+   * @param {Promise<WebAssembly.Module>} compiled
+   * @param {(stage: string) => void} tellStage
+   */
+  constructor(startWorker, compiled, tellStage) {
+    this.startWorker = startWorker;
+    this.compiled = compiled;
+    this.tellStage = tellStage;
+  }
+
+  /**
+   * Does a task and gives its result. Throws Cancelled.
+   * @param {Task} task
+   * @returns {Promise<any>}
+   */
+  async run(task) {
+    const compiled = await this.compiled;
+    this.cancel();
+    const worker = (this.#worker ??= this.startWorker());
+    return new Promise((resolve, reject) => {
+      this.#refuse = reject;
+      worker.onmessage = ({ data }) => {
+        if ('stage' in data) return this.tellStage(data.stage);
+        this.#refuse = null;
+        if ('failure' in data) reject(new Error(data.failure));
+        else resolve(data.result);
+      };
+      worker.onerror = (event) => {
+        this.#refuse = null;
+        this.#end();
+        reject(new Error(event.message || 'The work ended without a result.'));
+      };
+      worker.postMessage({ ...task, compiled });
+    });
+  }
+
+  /** Ends the task that runs, if one does. */
+  cancel() {
+    if (this.#refuse === null) return;
+    const refuse = this.#refuse;
+    this.#refuse = null;
+    this.#end();
+    refuse(new Cancelled());
+  }
+
+  #end() {
+    this.#worker?.terminate();
+    this.#worker = null;
+  }
+}
