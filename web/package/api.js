@@ -34,7 +34,8 @@ import { runProgram } from './program.js';
  * @property {string} [syntax] one or more commands
  * @property {string} [language] of the labels; else that of the first label of working
  * @property {boolean} [dryRun] nothing is written; the outcome tells what would be
- * @property {boolean} [report] a report is made: a page to hand on
+ * @property {boolean | 'alone'} [report] a report is made: a page to hand on. Alone: without the
+ *     outcome, which it has in it
  */
 
 /**
@@ -110,8 +111,8 @@ export function createCalls({ compiled, fillRandom, tellStage }) {
       for (const [path, bytes] of Object.entries(sources)) put(system, { bytes, name: path });
       system.put(syntaxPath, new TextEncoder().encode(commands));
       const result = await run(system, [
-        'apply', '--json', '--syntax', syntaxPath, dryRun ? '--dry-run' : '--in-place',
-        ...(report ? ['--report', reportPath] : []),
+        'apply', report === 'alone' ? '--quiet' : '--json', '--syntax', syntaxPath,
+        dryRun ? '--dry-run' : '--in-place', ...(report ? ['--report', reportPath] : []),
         ...languageOption(language), '--', name.specification]);
       const isWritten = result.status === 0 && !dryRun;
       return {

@@ -36,9 +36,23 @@ function download(name, bytes, type) {
  * @returns {Difference}
  */
 function differenceOf(report) {
-  const page = new TextDecoder().decode(report);
-  const begin = page.indexOf('>', page.indexOf('id="data"')) + 1;
-  return JSON.parse(page.slice(begin, page.indexOf('</script>', begin)));
+  const begin = placeOf(report, 'id="data">', 0) + 'id="data">'.length;
+  const data = report.subarray(begin, placeOf(report, '</script>', begin));
+  return JSON.parse(new TextDecoder().decode(data));
+}
+
+/**
+ * Where a text of ASCII stands in bytes.
+ * @param {Uint8Array} bytes
+ * @param {string} text
+ * @param {number} from
+ */
+function placeOf(bytes, text, from) {
+  const first = text.charCodeAt(0);
+  for (let at = bytes.indexOf(first, from); at >= 0; at = bytes.indexOf(first, at + 1)) {
+    if ([...text].every((c, i) => bytes[at + i] === c.charCodeAt(0))) return at;
+  }
+  throw new Error('The report cannot be read');
 }
 
 /** @param {Difference} difference */

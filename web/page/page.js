@@ -148,7 +148,7 @@ function apply() {
     for (const file of working.given) {
       const options = {
         working: { bytes: await file.read(), name: nameOfWorking(file) },
-        sources: await sources(), syntax: commands, report: true, ...languageOption(),
+        sources: await sources(), syntax: commands, report: 'alone', ...languageOption(),
       };
       all.push({ name: file.name, ...(await tasks.run({ call: 'apply', options })) });
     }

@@ -1,4 +1,5 @@
-// The work, done on a worker so that the page stays alive, one task at a time.
+// The work, done on a worker so that the page stays alive, one task at a time. Each task has a worker
+// of its own: its memory goes back as soon as it is done.
 
 /** @typedef {import('./worker.js').Task} Task */
 
@@ -29,12 +30,13 @@ export class Tasks {
   async run(task) {
     const compiled = await this.compiled;
     this.cancel();
-    const worker = (this.#worker ??= this.startWorker());
+    const worker = (this.#worker = this.startWorker());
     return new Promise((resolve, reject) => {
       this.#refuse = reject;
       worker.onmessage = ({ data }) => {
         if ('stage' in data) return this.tellStage(data.stage);
         this.#refuse = null;
+        this.#end();
         if ('failure' in data) reject(new Error(data.failure));
         else resolve(data.result);
       };

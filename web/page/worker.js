@@ -7,6 +7,8 @@ import { createCalls } from 'package/api.js';
  * @typedef {{call: 'apply' | 'match', options: any}} Task
  */
 
+/** @typedef {{written: Uint8Array | null, report: Uint8Array | null}} Large */
+
 self.onmessage = async ({ data }) => {
   const { call, options, compiled } = /** @type {Task & {compiled: WebAssembly.Module}} */ (data);
   const calls = createCalls({
@@ -16,7 +18,10 @@ self.onmessage = async ({ data }) => {
   });
   try {
     const result = await calls[call](options);
-    self.postMessage({ result });
+    // What is large changes its owner, so that it is not copied.
+    const { written = null, report = null } = /** @type {Partial<Large>} */ (result);
+    const large = [written, report].flatMap((bytes) => (bytes === null ? [] : [bytes.buffer]));
+    self.postMessage({ result }, { transfer: /** @type {ArrayBuffer[]} */ (large) });
   } catch (failure) {
     self.postMessage({ failure: reasonOf(failure) });
   }
