@@ -89,3 +89,16 @@ export function digits(count) {
 export function counted(count, one, many = `${one}s`) {
   return `${digits(count)} ${count === 1 ? one : many}`;
 }
+
+/**
+ * The size of a file for people.
+ *
+ * @param {number} bytes
+ */
+export function sizeText(bytes) {
+  const units = ["bytes", "KB", "MB", "GB"];
+  let size = bytes;
+  let unit = 0;
+  for (; size >= 1000 && unit + 1 < units.length; ++unit) size /= 1000;
+  return `${size.toLocaleString("en", { maximumSignificantDigits: 3 })} ${units[unit]}`;
+}

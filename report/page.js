@@ -2,7 +2,7 @@
 // difference.
 
 import { isError, noCriteria } from "./entries.js";
-import { counted, digits, element, shown } from "./elements.js";
+import { counted, digits, element, shown, sizeText } from "./elements.js";
 import { showDifference } from "./difference-view.js";
 
 /** @typedef {import("./entries.js").Criteria} Criteria */
@@ -30,15 +30,6 @@ import { showDifference } from "./difference-view.js";
 /** @param {string} path */
 function fileName(path) {
   return path.slice(path.lastIndexOf("/") + 1);
-}
-
-/** @param {number} bytes */
-function sizeText(bytes) {
-  const units = ["bytes", "KB", "MB", "GB"];
-  let size = bytes;
-  let unit = 0;
-  for (; size >= 1000 && unit + 1 < units.length; ++unit) size /= 1000;
-  return `${size.toLocaleString("en", { maximumSignificantDigits: 3 })} ${units[unit]}`;
 }
 
 /** A time as "2026-11-23T16:57:03+01:00", for people. @param {string} time */

@@ -1,6 +1,6 @@
 // The codebooks that the user gives: a place to drop files on, or to choose them.
 
-import { button, digits, element, shown } from '../../report/elements.js';
+import { button, element, shown, sizeText } from '../../report/elements.js';
 
 /**
  * A codebook that was given. Its bytes are read when they are needed, so that the file on the disk may
@@ -94,11 +94,4 @@ export class FileChooser {
  */
 function givenOf(file) {
   return { name: file.name, size: file.size, read: async () => new Uint8Array(await file.arrayBuffer()) };
-}
-
-/** @param {number} bytes */
-function sizeText(bytes) {
-  if (bytes < 1000) return `${digits(bytes)} bytes`;
-  const [size, unit] = bytes < 1e6 ? [bytes / 1e3, 'KB'] : [bytes / 1e6, 'MB'];
-  return `${size.toLocaleString('en', { maximumSignificantDigits: 3 })} ${unit}`;
 }
