@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 
 #include "program/Help/Declarations.h"
@@ -16,6 +17,7 @@ std::string Joined(const std::vector<std::string>& words) {
 
 std::vector<std::string> NamesOf(const std::vector<DeclaredCommand>& commands) {
   std::vector<std::string> names;
+  names.reserve(commands.size());
   for (const DeclaredCommand& command : commands) names.push_back(command.name);
   return names;
 }
