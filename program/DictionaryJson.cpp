@@ -2,6 +2,7 @@
 
 #include <numeric>
 
+#include "program/JsonObject.h"
 #include "program/JsonStream.h"
 #include "program/PropertyJson.h"
 
@@ -22,7 +23,7 @@ Json FileJson(const velahost::Dictionary& dictionary) {
 
 Json VariableJson(const velahost::Variable& variable,
                   const std::vector<velahost::DocumentationText>& documentation) {
-  Json json = {{"name", variable.name.String()}, {"type", variable.type}};
+  Json json = MakeObject("name", variable.name.String(), "type", variable.type);
   for (const Property property : velahost::PropertySet::All().Items()) {
     json[NameOf(property)] = PropertyJson(variable, property, documentation);
   }

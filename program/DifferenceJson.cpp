@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "program/JsonObject.h"
 #include "program/PropertyJson.h"
 #include "standalone/Comparison/ValueLabelDifference.h"
 
@@ -20,8 +21,8 @@ using velahost::Variable;
 Json PairsJson(const std::vector<const velahost::ValueLabel*>& pairs, bool isNumeric) {
   Json json = Json::array();
   for (const velahost::ValueLabel* const pair : pairs) {
-    json.push_back(
-        {{"value", LabelledValueJson(*pair, isNumeric)}, {"label", pair->label.String()}});
+    json.push_back(MakeObject("value", LabelledValueJson(*pair, isNumeric),  //
+                              "label", pair->label.String()));
   }
   return json;
 }
@@ -31,14 +32,14 @@ Json ValueLabelsJson(const Variable& before, const Variable& now) {
       DifferenceBetween(before.valueLabels, now.valueLabels);
   Json changed = Json::array();
   for (const auto& [old, pair] : difference.changed) {
-    changed.push_back({{"value", LabelledValueJson(*pair, now.IsNumeric())},
-                       {"old", old->label.String()},
-                       {"new", pair->label.String()}});
+    changed.push_back(MakeObject("value", LabelledValueJson(*pair, now.IsNumeric()),  //
+                                 "old", old->label.String(),                          //
+                                 "new", pair->label.String()));
   }
-  return {{"added", PairsJson(difference.added, now.IsNumeric())},
-          {"removed", PairsJson(difference.removed, before.IsNumeric())},
-          {"changed", std::move(changed)},
-          {"reordered", difference.isReordered}};
+  return MakeObject("added", PairsJson(difference.added, now.IsNumeric()),         //
+                    "removed", PairsJson(difference.removed, before.IsNumeric()),  //
+                    "changed", std::move(changed),                                 //
+                    "reordered", difference.isReordered);
 }
 
 // The values of one side, in the properties that differ.
@@ -62,10 +63,10 @@ Json VariableJson(const Difference::OfVariable& difference, const Side& before, 
   Json values = ValuesJson(difference, now, difference.newColumn);
   Json properties = Json::array();
   for (const auto& [name, value] : values.items()) properties.push_back(name);
-  Json json = {{"variable", variable.name.String()},
-               {"properties", std::move(properties)},
-               {"old", ValuesJson(difference, before, difference.oldColumn)},
-               {"new", std::move(values)}};
+  Json json = MakeObject("variable", variable.name.String(),                           //
+                         "properties", std::move(properties),                          //
+                         "old", ValuesJson(difference, before, difference.oldColumn),  //
+                         "new", std::move(values));
   if (difference.properties.Has(Property::ValueLabels)) {
     json["valueLabels"] = ValueLabelsJson(old, variable);
   }

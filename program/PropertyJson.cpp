@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "program/JsonObject.h"
 #include "standalone/Text/Text.h"
 
 namespace applydic {
@@ -49,9 +50,9 @@ Json SetsJson(const Dictionary& dictionary, velahost::SetKind kind) {
     for (const int member : set.members) {
       members.push_back(dictionary.variables[static_cast<std::size_t>(member)]->name.String());
     }
-    json.push_back({{"name", set.name.String()},
-                    {"label", TextJson(set.label)},
-                    {"variables", std::move(members)}});
+    json.push_back(MakeObject("name", set.name.String(),     //
+                              "label", TextJson(set.label),  //
+                              "variables", std::move(members)));
   }
   return json;
 }
@@ -72,8 +73,8 @@ Json ValueLabelsJson(const velahost::SharedValueLabels& set) {
   Json json = Json::array();
   if (!set) return json;
   for (const velahost::ValueLabel& pair : *set) {
-    json.push_back(
-        {{"value", LabelledValueJson(pair, set->IsNumeric())}, {"label", pair.label.String()}});
+    json.push_back(MakeObject("value", LabelledValueJson(pair, set->IsNumeric()),  //
+                              "label", pair.label.String()));
   }
   return json;
 }
@@ -86,13 +87,14 @@ Json MissingJson(const velahost::MissingValues& missing) {
   }
   for (const double number : missing.numbers) values.push_back(NumberJson(number));
   for (const Text& string : missing.strings) values.push_back(string.String());
-  return {{"count", missing.Count()}, {"values", values}};
+  return MakeObject("count", missing.Count(), "values", std::move(values));
 }
 
 Json FormatJson(const std::optional<velahost::Format>& format) {
   if (!format) return nullptr;
-  return {
-      {"type", format->letters.String()}, {"width", format->width}, {"decimals", format->decimals}};
+  return MakeObject("type", format->letters.String(),  //
+                    "width", format->width,            //
+                    "decimals", format->decimals);
 }
 
 Json DocumentationJson(const std::vector<velahost::DocumentationText>& texts) {
