@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <nlohmann/json.hpp>
 
-#include "program/DifferenceJson.h"
 #include "program/DifferenceText.h"
 #include "program/Listing.h"
 #include "program/Output.h"
@@ -94,12 +93,13 @@ std::string AccountLine(const Outcome& outcome) {
 void WriteOutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
                       const std::optional<Outcome>& outcome, const velahost::ByteSink& sink) {
   JsonStream json(sink);
-  WriteOutcomeMembers(diagnostics, outcome, json);
+  WriteOutcomeMembers(diagnostics, outcome, LabelPairs::Compared, json);
   json.End();
 }
 
 void WriteOutcomeMembers(const std::vector<velahost::Diagnostic>& diagnostics,
-                         const std::optional<Outcome>& outcome, JsonStream& json) {
+                         const std::optional<Outcome>& outcome, LabelPairs pairs,
+                         JsonStream& json) {
   static const velahost::CodebookFile kNone;
   static const Outcome kNothing = {kNone, {}, {}, {}, {}, {}, {}};
   const Outcome& result = outcome ? *outcome : kNothing;
@@ -110,7 +110,7 @@ void WriteOutcomeMembers(const std::vector<velahost::Diagnostic>& diagnostics,
   }
   json.EndArray();
   WriteChanged(DifferenceOf(result.changes, result.dictionary), SideOf(result.working),
-               SideAfter(result.working, result.dictionary), json);
+               SideAfter(result.working, result.dictionary), pairs, json);
   json.Member("added", AddedNames(result));
   WriteFileItems(result.changes.file, before, result.dictionary, json);
   json.Member("notPaired", result.notPaired);

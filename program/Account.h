@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "program/DifferenceJson.h"
 #include "program/JsonStream.h"
 #include "program/Outcome.h"
 #include "program/Terminal.h"
@@ -38,6 +39,6 @@ void WriteOutcomeJson(const std::vector<velahost::Diagnostic>& diagnostics,
                       const std::optional<Outcome>& outcome, const velahost::ByteSink& sink);
 // Adds the members of that object.
 void WriteOutcomeMembers(const std::vector<velahost::Diagnostic>& diagnostics,
-                         const std::optional<Outcome>& outcome, JsonStream& json);
+                         const std::optional<Outcome>& outcome, LabelPairs pairs, JsonStream& json);
 
 }  // namespace applydic

@@ -43,7 +43,7 @@ void WriteJson(const DiffOptions& options, const Difference& difference, const T
   JsonStream json(sink);
   json.Member("old", options.before);
   json.Member("new", options.now);
-  WriteChanged(difference, SideOf(before), SideOf(now), json);
+  WriteChanged(difference, SideOf(before), SideOf(now), LabelPairs::Compared, json);
   json.Member("added", NamesAt(now.dictionary, difference.added));
   json.Member("removed", NamesAt(before.dictionary, difference.removed));
   json.Member("reordered", difference.isReordered);

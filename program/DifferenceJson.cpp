@@ -57,7 +57,8 @@ Json ValuesJson(const Difference::OfVariable& difference, const Side& side, std:
   return json;
 }
 
-Json VariableJson(const Difference::OfVariable& difference, const Side& before, const Side& now) {
+Json VariableJson(const Difference::OfVariable& difference, const Side& before, const Side& now,
+                  LabelPairs pairs) {
   const Variable& old = *before.dictionary.variables[difference.oldColumn];
   const Variable& variable = *now.dictionary.variables[difference.newColumn];
   Json values = ValuesJson(difference, now, difference.newColumn);
@@ -67,7 +68,7 @@ Json VariableJson(const Difference::OfVariable& difference, const Side& before, 
                          "properties", std::move(properties),                          //
                          "old", ValuesJson(difference, before, difference.oldColumn),  //
                          "new", std::move(values));
-  if (difference.properties.Has(Property::ValueLabels)) {
+  if (pairs == LabelPairs::Compared && difference.properties.Has(Property::ValueLabels)) {
     json["valueLabels"] = ValueLabelsJson(old, variable);
   }
   return json;
@@ -82,10 +83,10 @@ Json ItemsJson(velahost::FileItemSet items, const velahost::Dictionary& dictiona
 }  // namespace
 
 void WriteChanged(const Difference& difference, const Side& before, const Side& now,
-                  JsonStream& json) {
+                  LabelPairs pairs, JsonStream& json) {
   json.BeginArray("changed");
   for (const Difference::OfVariable& changed : difference.changed) {
-    json.Element(VariableJson(changed, before, now));
+    json.Element(VariableJson(changed, before, now, pairs));
   }
   json.EndArray();
 }

@@ -14,9 +14,10 @@ namespace applydic {
 //                "valueLabels": {"added": [{"value", "label"}, ...], "removed": the same,
 //                                "changed": [{"value", "old", "new"}, ...], "reordered": boolean},
 //                ...]
-// where "valueLabels" is there if it is among the properties.
+// where "valueLabels" is there if it is among the properties, and if pairs are to be compared.
+enum class LabelPairs { Compared, NotCompared };
 void WriteChanged(const velahost::Difference& difference, const velahost::Side& before,
-                  const velahost::Side& now, JsonStream& json);
+                  const velahost::Side& now, LabelPairs pairs, JsonStream& json);
 
 //   "file": [name of an item, ...], "fileValues": {"old": {item: value, ...}, "new": the same}
 void WriteFileItems(velahost::FileItemSet items, const velahost::Dictionary& before,

@@ -106,7 +106,8 @@ void WriteData(const std::vector<Report::OfFile>& files, const std::string& comm
   json.Member("commands", commands);
   json.Member("files", FilesJson(files));
   json.Member("isRefused", !outcome.has_value());
-  WriteOutcomeMembers(diagnostics, outcome, json);
+  // The page shows old and new pairs beside each other, and compares them itself.
+  WriteOutcomeMembers(diagnostics, outcome, LabelPairs::NotCompared, json);
   json.Member("explanations", ExplanationsJson(diagnostics));
   json.Member("labels", outcome ? LabelsJson(*outcome) : Json::object());
   json.End();

@@ -32,7 +32,7 @@ Json ChangedBetween(const std::string& before, const std::string& now) {
   const velahost::Difference difference = DifferenceBetween(old, file);
   std::string text;
   applydic::JsonStream json([&text](std::string_view piece) { text += piece; });
-  WriteChanged(difference, SideOf(old), SideOf(file), json);
+  WriteChanged(difference, SideOf(old), SideOf(file), applydic::LabelPairs::Compared, json);
   json.End();
   Json changed = Json::parse(text)["changed"];
   EXPECT_EQ(changed.empty(), difference.Empty());
