@@ -4,7 +4,7 @@ import { button, element, shown, sizeText } from '../../report/elements.js';
 
 /**
  * A codebook that was given. Its bytes are read when they are needed, so that the file on the disk may
- * change until then.
+ * change until then. Each reading gives a buffer of its own.
  * @typedef {object} Given
  * @property {string} name
  * @property {number} size

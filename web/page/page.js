@@ -90,8 +90,8 @@ function tellWhatLacks() {
 
 function takeExample() {
   const given = (/** @type {string} */ name, /** @type {string} */ text) => {
-    const bytes = new TextEncoder().encode(text);
-    return { name, size: bytes.length, read: async () => bytes };
+    const encode = () => new TextEncoder().encode(text);
+    return { name, size: encode().length, read: async () => encode() };
   };
   source.take([given('survey_2025.xml', oldExample)]);
   working.take([given('survey_2026.xml', newExample)]);
