@@ -1,7 +1,6 @@
 #include "standalone/Files/File.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -66,16 +65,10 @@ Bytes::Bytes(std::string_view copied) : Bytes(Room(copied.size())) {
 }
 
 Bytes Bytes::Room(std::size_t size) {
-  // Large room is taken in large pages: the system hands out far fewer of them.
-  constexpr std::size_t kLargePage = std::size_t{1} << 21;
-  const bool isLarge = size >= 2 * kLargePage;
-  const std::size_t room = isLarge ? (size + kLargePage - 1) / kLargePage * kLargePage : size + 1;
   Bytes bytes;
-  bytes.bytes_.reset(
-      static_cast<char*>(isLarge ? std::aligned_alloc(kLargePage, room) : std::malloc(room)));
+  bytes.bytes_.reset(static_cast<char*>(std::malloc(size + 1)));
   if (!bytes.bytes_) throw std::bad_alloc();
   bytes.size_ = size;
-  if (isLarge) madvise(bytes.Data(), room, MADV_HUGEPAGE);  // no matter if it cannot
   return bytes;
 }
 
