@@ -9,7 +9,7 @@
 #include <cstring>
 
 #include "program/Failure.h"
-#include "program/MarkedLine.h"
+#include "program/MarkedText.h"
 #include "program/Progress.h"
 #include "standalone/Syntax/Subcommands.h"
 #include "standalone/Text/Utf8.h"
@@ -119,8 +119,7 @@ void WriteError(std::string_view message) { WriteLine("error", message); }
 
 void WriteFileError(const velahost::FileError& error) {
   WriteError(error.what());
-  if (error.line.empty()) return;
-  WriteAll(STDERR_FILENO, MarkedLine(error.line, {1, static_cast<int>(error.column)}));
+  WriteAll(STDERR_FILENO, MarkedText(error.line));
 }
 
 void WriteDiagnostic(const velahost::Diagnostic& diagnostic, const velahost::Command* command) {
@@ -129,11 +128,11 @@ void WriteDiagnostic(const velahost::Diagnostic& diagnostic, const velahost::Com
   } else {
     WriteWarning(diagnostic.shown);
   }
-  std::string below;
+  std::string below = MarkedText(diagnostic.fileLine);
   if (diagnostic.place && command != nullptr && command->text) {
     const bool hasPassword =
         std::any_of(command->tokens.begin(), command->tokens.end(), velahost::IsPasswordKeyword);
-    if (!hasPassword) below = MarkedLine(*command->text, *diagnostic.place);
+    if (!hasPassword) below += MarkedText(*command->text, *diagnostic.place);
   }
   if (!diagnostic.advice.empty()) below += "  " + MakeVisible(diagnostic.advice) + "\n";
   const Progress::Pause pause;

@@ -142,8 +142,9 @@ TEST_F(Program, SaysWhatToDoAboutMistakes) {
       {"s.xml", "as in 'applydic show s.xml'"},
       {"show t.csv", "this is no codebook, but a table of values"},
       {"show z.gz", "a file compressed by gzip"},
-      {"show bad.xml",
-       "\n  <dataDscr><var name='\xC3\xA9'></vr>\n                            ^\n"}};
+      {"show bad.xml", "\n  <dataDscr><var name='\xC3\xA9'></vr>\n                            ^\n"},
+      {"apply -n w.xml -c \"FROM 'bad.xml'\"",
+       "</vr>\n                            ^\n  FROM 'bad.xml'\n"}};
   for (const auto& [arguments, advice] : kMistakes) {
     EXPECT_NE(Run(arguments), 0) << arguments;
     EXPECT_NE(err_.find(advice), std::string::npos) << arguments << "\n" << err_;

@@ -40,7 +40,8 @@ std::pair<std::string, std::optional<std::string>> SplitSpecification(
   const std::string_view rest = error.line == 0 ? std::string_view() : text.substr(begin);
   constexpr std::size_t kMostOfLine = 1 << 16;
   const std::string_view line = rest.substr(0, kMostOfLine).substr(0, rest.find('\n'));
-  throw FileError(path + ": " + error.what(), std::string(line), error.column);
+  throw FileError(path + ": " + error.what(),
+                  MarkedLine{std::string(line), static_cast<int>(error.column)});
 }
 
 DocumentReading ReadNamed(const std::string& path, std::string_view text, OpenFor use,

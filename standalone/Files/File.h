@@ -12,6 +12,8 @@
 #include <string_view>
 #include <utility>
 
+#include "standalone/Text/Message.h"
+
 namespace velahost {
 
 // A file that cannot be read, or whose content cannot be used. what() names the file, the place
@@ -19,12 +21,10 @@ namespace velahost {
 class FileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
-  // With the line that it is about, without its end, and the place there, from 1 in characters.
-  FileError(const std::string& what, std::string errorLine, std::size_t errorColumn)
-      : std::runtime_error(what), line(std::move(errorLine)), column(errorColumn) {}
+  FileError(const std::string& what, MarkedLine errorLine)
+      : std::runtime_error(what), line(std::move(errorLine)) {}
 
-  std::string line;  // empty where it is about no line
-  std::size_t column = 0;
+  MarkedLine line;
 };
 
 // Which file it is, however its path is spelled.

@@ -80,6 +80,7 @@ std::shared_ptr<const CodebookFile> OpenSource(const std::string& file, velahost
     return host.openSource(file);
   } catch (const velahost::FileError& error) {
     host.placeOfFailure = place;
+    host.lineOfFailure = error.line;
     throw ErrorText(velahost::EscapeMessage(error.what()));
   }
 }

@@ -61,8 +61,10 @@ class Host {
   void ReportWarningsOf(const std::shared_ptr<const CodebookFile>& source);
 
   Diagnostics diagnostics;
-  // The place in the command of a failure that the library is about to report.
+  // The place in the command of a failure that the library is about to report, and the line of the
+  // file that it is about.
   std::optional<TextPlace> placeOfFailure;
+  MarkedLine lineOfFailure;
   // Whether the command seems to be about variables alone, and still carries the weight over: it is
   // noted then that the weight has changed.
   bool notesWeight = false;

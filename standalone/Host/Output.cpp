@@ -61,6 +61,7 @@ void BpError(const BpCellText& cell, BpErrorShow show, BpErrorLevel level) {
   velahost::Diagnostic diagnostic{message, impl.isMessage ? velahost::Render(message) : impl.text,
                                   show, static_cast<velahost::Severity>(level)};
   diagnostic.place = std::exchange(host.placeOfFailure, std::nullopt);
+  diagnostic.fileLine = std::exchange(host.lineOfFailure, {});
   host.diagnostics.Issue(std::move(diagnostic));
 }
 

@@ -29,6 +29,7 @@ struct Diagnostic {
   Severity level = Severity::TransferWarning;
 
   std::optional<TextPlace> place = {};  // in the commands, where it is about one
+  MarkedLine fileLine = {};             // of a file that cannot be read
   std::string advice = {};              // what to do, in whole sentences; may be empty
 };
 

@@ -11,6 +11,13 @@ struct Message {
   std::vector<std::string> arguments = {};
 };
 
+// The line of a file that a message is about, without its end, and the place there, from 1 in
+// characters.
+struct MarkedLine {
+  std::string text;  // empty where the message is about no line
+  int column = 0;
+};
+
 // The message for people: each placeholder that has an argument replaced by it, as it stands, and
 // the backslash before any character of the text taken away.
 std::string Render(const Message& message);

@@ -1,4 +1,4 @@
-#include "program/MarkedLine.h"
+#include "program/MarkedText.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -45,7 +45,7 @@ std::string Joined(const std::vector<std::string>& characters, std::size_t from,
 
 }  // namespace
 
-std::string MarkedLine(std::string_view text, velahost::TextPlace place) {
+std::string MarkedText(std::string_view text, velahost::TextPlace place) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   const std::vector<std::string> characters = ShownCharacters(LineAt(text, place.line));
@@ -58,6 +58,10 @@ std::string MarkedLine(std::string_view text, velahost::TextPlace place) {
   const std::string before = (from > 0 ? kLeftOut : "") + Joined(characters, from, at);
   const std::string behind = Joined(characters, at, to) + (to < characters.size() ? kLeftOut : "");
   return kIndent + before + behind + "\n" + kIndent + std::string(WidthOf(before), ' ') + "^\n";
+}
+
+std::string MarkedText(const velahost::MarkedLine& line) {
+  return MarkedText(line.text, {1, line.column});
 }
 
 }  // namespace applydic
