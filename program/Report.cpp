@@ -44,7 +44,9 @@ Json FilesJson(const std::vector<Report::OfFile>& files) {
                     {"path", file.path},
                     {"modified", file.modified ? Json(TimeText(*file.modified)) : Json(nullptr)},
                     {"bytes", JsonOf(file.bytes)},
-                    {"variables", JsonOf(file.variables)}});
+                    {"variables", JsonOf(file.variables)},
+                    {"dataFiles", file.dataFiles},
+                    {"dataFile", file.dataFile}});
   }
   return json;
 }
@@ -148,6 +150,10 @@ void Report::AddCodebook(const char* role, const std::string& specification,
   OfFile added = FileAt(role, file.path);
   added.path = specification;
   added.variables = file.dictionary.variables.size();
+  if (file.dataFiles.size() > 1) {
+    added.dataFiles = file.dataFiles;
+    added.dataFile = file.dataFiles[file.place];
+  }
   Add(std::move(added));
 }
 

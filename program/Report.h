@@ -26,6 +26,9 @@ class Report {
     std::optional<std::time_t> modified;
     std::optional<std::uintmax_t> bytes;
     std::optional<std::size_t> variables;  // of a codebook
+    // The IDs of the data files in a codebook that has several, and of the one that the run is on.
+    std::vector<std::string> dataFiles = {};
+    std::string dataFile = {};
   };
 
   // A report to this path of commands, as text. Throws velahost::SaveError where it can be told

@@ -26,9 +26,19 @@ using velahost::Variable;
 
 constexpr std::size_t kNameWidth = 16;
 
-void ListFile(const Dictionary& dictionary, Listing& listing) {
+// Which data file it is, of those in a codebook that has several; empty for the only one.
+std::string DataFileText(const CodebookFile& file) {
+  if (file.dataFiles.size() < 2) return {};
+  const auto text = [](const std::string& id) { return id.empty() ? "(no ID)" : MakeVisible(id); };
+  std::string all;
+  for (const std::string& id : file.dataFiles) all += (all.empty() ? "" : ", ") + text(id);
+  return text(file.dataFiles[file.place]) + " of " + all;
+}
+
+void ListFile(const Dictionary& dictionary, const std::string& dataFile, Listing& listing) {
   const velahost::FileItems& file = dictionary.file;
   listing.Title("File");
+  if (!dataFile.empty()) listing.Item("data file", dataFile);
   if (file.label) listing.Item("label", MakeVisible(*file.label));
   for (const velahost::Text& document : file.documents) {
     listing.Items("document", LineTexts(document));
@@ -96,12 +106,12 @@ void ListVariable(const Variable& variable,
   }
 }
 
-void WriteListing(const Dictionary& dictionary, const velahost::DocumentationLookup& documentation,
-                  const ByteSink& sink) {
+void WriteListing(const Dictionary& dictionary, const std::string& dataFile,
+                  const velahost::DocumentationLookup& documentation, const ByteSink& sink) {
   Listing listing({}, sink, kNameWidth);
   velahost::DocumentationSet questions;
   questions.Add(velahost::Documentation::Question);
-  ListFile(dictionary, listing);
+  ListFile(dictionary, dataFile, listing);
   for (std::size_t column = 0; column < dictionary.variables.size(); ++column) {
     listing.BlankLine();
     ListVariable(*dictionary.variables[column], documentation(column), questions, listing);
@@ -119,9 +129,10 @@ void WriteInFull(const CodebookFile& file, const std::vector<std::size_t>& colum
   }
 }
 
-void WriteTable(const Dictionary& dictionary, const Page& page, const ByteSink& sink) {
+void WriteTable(const Dictionary& dictionary, const std::string& dataFile, const Page& page,
+                const ByteSink& sink) {
   Listing listing(page, sink, kNameWidth);
-  ListFile(dictionary, listing);
+  ListFile(dictionary, dataFile, listing);
   listing.BlankLine();
   WriteDictionaryTable(dictionary, page, sink);
 }
@@ -153,8 +164,8 @@ void WriteDictionary(const CodebookFile& file, const std::vector<std::size_t>& c
   if (options.json) return WriteDictionaryJson(dictionary, columns, DocumentationIn(file), sink);
   const Page page = PageOfOutput(options.color);
   if (!isAll) return WriteInFull(file, columns, page, sink);
-  if (page.width) return WriteTable(dictionary, page, sink);
-  WriteListing(dictionary, DocumentationIn(file), sink);
+  if (page.width) return WriteTable(dictionary, DataFileText(file), page, sink);
+  WriteListing(dictionary, DataFileText(file), DocumentationIn(file), sink);
 }
 
 CodebookFile Open(const ShowOptions& options) {
@@ -167,7 +178,7 @@ CodebookFile Open(const ShowOptions& options) {
 std::string DictionaryText(const Dictionary& dictionary,
                            const velahost::DocumentationLookup& documentation) {
   std::string text;
-  WriteListing(dictionary, documentation, [&text](std::string_view piece) { text += piece; });
+  WriteListing(dictionary, {}, documentation, [&text](std::string_view piece) { text += piece; });
   return text;
 }
 

@@ -25,6 +25,8 @@ import { showDifference } from "./difference-view.js";
  * @property {string | null} modified
  * @property {number | null} bytes
  * @property {number | null} variables
+ * @property {string[]} dataFiles IDs of those in a codebook that has several
+ * @property {string} dataFile the one of the run
  */
 
 /** @param {string} path */
@@ -83,13 +85,26 @@ function outcome(report) {
   return element("p", { class: "outcome" }, element("strong", {}, "Written "), "to ", written === "-" ? "standard output" : shown(written));
 }
 
+/** @param {string} id of a data file */
+function idText(id) {
+  return id === "" ? "(no ID)" : id;
+}
+
 /** @param {File} file */
-function fileRow({ role, path, modified, bytes, variables }) {
+function fileRow({ role, path, modified, bytes, variables, dataFiles, dataFile }) {
+  const several = element(
+    "div",
+    {},
+    "Data file ",
+    shown(idText(dataFile)),
+    " of ",
+    shown(dataFiles.map(idText).join(", ")),
+  );
   return element(
     "tr",
     {},
     element("th", { scope: "row" }, role.charAt(0).toUpperCase() + role.slice(1)),
-    element("td", { class: "path" }, shown(path)),
+    element("td", { class: "path" }, shown(path), dataFiles.length > 1 ? several : null),
     element("td", {}, modified === null ? "–" : timeElement(modified)),
     element("td", { class: "number" }, bytes === null ? "–" : sizeText(bytes)),
     element("td", { class: "number" }, variables === null ? "–" : digits(variables)),

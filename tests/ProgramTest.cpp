@@ -292,6 +292,9 @@ TEST_F(Program, ShowsADictionary) {
   EXPECT_EQ(Run("show --lang sv s.xml | grep Nio"), 0) << err_;
   EXPECT_EQ(Run("apply -c \"FROM 's.xml' /NEWVARS\" --lang SV -o o.xml w.xml"), 0) << err_;
   EXPECT_NE(folder_.Read("o.xml").find("xml:lang=\"SV\">Nio<"), std::string::npos);
+  folder_.Write("f.xml", "<codeBook><fileDscr ID='F1'/><fileDscr/></codeBook>");
+  EXPECT_EQ(Run("show f.xml"), 0);
+  EXPECT_EQ(out_, "File\n  data file       F1 of F1, (no ID)\n  variables       0\n");
   EXPECT_EQ(Run("show s.xml"), 0);
   EXPECT_EQ(
       out_,

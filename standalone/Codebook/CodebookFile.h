@@ -38,6 +38,7 @@ struct CodebookFile {
   // variables. A dictionary that no document holds has none.
   std::shared_ptr<const Codebook> codebook;
   std::size_t place = 0;
+  std::vector<std::string> dataFiles;  // the IDs of the document's files, each empty for none
   std::vector<std::size_t> variablePlaces;
 };
 

@@ -147,6 +147,7 @@ class Opener {
     file_.path = path;
     file_.language = reading.languages.run;
     file_.place = place;
+    for (const Reading::File& file : reading.files) file_.dataFiles.push_back(file.id.String());
   }
 
   CodebookFile Open(OpenFor use) {

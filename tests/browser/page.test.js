@@ -133,6 +133,24 @@ test("works on several codebooks, one onto many, without a source", async () => 
   assert.deepEqual(written, native(commands, battery));
 });
 
+test("takes another one of several data files", async () => {
+  const archives = join(EXAMPLES, "archives");
+  const page = await open();
+  await drop(page, "source", join(archives, "nesstar_2025.xml"));
+  await drop(page, "working", join(archives, "nesstar_2026.xml"));
+  await run(page);
+  const choose = async (name) => {
+    await page.getByLabel(`${name} has several data files`).selectOption("F2");
+    await page.waitForSelector("#go:not([disabled])");
+  };
+  await choose("nesstar_2026.xml");
+  await choose("nesstar_2025.xml");
+  const commands = await page.locator("#command").inputValue();
+  assert.equal(commands, "FROM 'nesstar_2025.xml#F2'\n  /FILEINFO.\n");
+  assert.match(await page.locator("#changed").innerText(), /works/);
+  assert.deepEqual(await downloaded(page, "Download nesstar_2026.xml"), native(commands, "nesstar_2026.xml#F2", archives));
+});
+
 test("finds the pairs whose names have changed", async () => {
   const renamed = join(folder, "wave_2.xml");
   writeFileSync(renamed, readFileSync(OLD, "utf8").replaceAll(/(<var [^>]*name=")/g, "$1w2_"));

@@ -56,6 +56,7 @@ test("tells the run", async () => {
   const files = await page.locator(".files tbody tr").allInnerTexts();
   assert.equal(files.length, 4);
   assert.match(files[0], /^Working\s+survey_2026\.xml\s+\d{4}-\d\d-\d\d \d\d:\d\d\s+5\.85 KB\s+24$/);
+  assert.match(files[2], /survey_2025\.xml#P\s+Data file P of P, H/);
   assert.deepEqual(
     files.map((file) => file.split(/\s/)[0]),
     ["Working", "Syntax", "Source", "Output"],

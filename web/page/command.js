@@ -45,7 +45,7 @@ export const fileItems = [
  */
 
 /** @param {string} text */
-function quoted(text) {
+export function quoted(text) {
   return `'${text.replaceAll("'", "''")}'`;
 }
 

@@ -8,6 +8,7 @@ import { button, element, shown, sizeText } from '../../report/elements.js';
  * @typedef {object} Given
  * @property {string} name
  * @property {number} size
+ * @property {string} [dataFile] the ID of one of several data files in it; the first without
  * @property {() => Promise<Uint8Array>} read
  */
 

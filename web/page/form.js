@@ -1,7 +1,7 @@
 // The form: what to carry over, as choices that make a command, which is shown and may be edited.
 
 import { button, element } from '../../report/elements.js';
-import { commandOf, fileItems, properties } from './command.js';
+import { commandOf, fileItems, properties, quoted } from './command.js';
 
 /** @typedef {import('./command.js').Choices} Choices */
 /** @typedef {import('./command.js').Item} Item */
@@ -56,6 +56,16 @@ export class CommandForm {
   setSource(name) {
     this.#sourceName = name;
     if (!this.#isEdited) this.#write();
+  }
+
+  /**
+   * Has another source in the place of one, in an edited command too.
+   * @param {string} old its name in the command
+   * @param {string} name
+   */
+  replaceSource(old, name) {
+    this.setSource(name);
+    if (this.#isEdited) this.setCommand(this.command.value.replaceAll(quoted(old), quoted(name)));
   }
 
   /**

@@ -13,7 +13,12 @@ import { button, counted, element, shown } from '../../report/elements.js';
  * @property {Uint8Array | null} report
  */
 
-/** @typedef {import('../../report/entries.js').Difference} Difference */
+/**
+ * A codebook of the run, as the report has it.
+ * @typedef {{role: string, path: string, dataFiles: string[], dataFile: string}} RunFile
+ */
+
+/** @typedef {import('../../report/entries.js').Difference & {files: RunFile[]}} Difference */
 
 /**
  * Offers bytes as a file.
@@ -55,6 +60,12 @@ function placeOf(bytes, text, from) {
   throw new Error('The report cannot be read');
 }
 
+/** @param {RunFile} file */
+function nameOf({ path, dataFile }) {
+  const id = `#${dataFile}`;
+  return path.endsWith(id) ? path.slice(0, -id.length) : path;
+}
+
 /** @param {Difference} difference */
 function summary({ changed, added = [], file = [] }) {
   const parts = [
@@ -73,10 +84,18 @@ function stemOf(name) {
 export class OutcomeView {
   /** @type {{close: () => void} | null} */
   #shown = null;
+  /** Of the working codebook that is shown. */
+  #name = '';
 
-  /** @param {(working: string) => void} onMatch asks for the pairs of a codebook */
-  constructor(onMatch) {
+  /**
+   * @param {object} asks
+   * @param {(working: string) => void} asks.onMatch asks for the pairs of a codebook
+   * @param {(file: RunFile, working: string, id: string) => void} asks.onDataFile asks for another
+   *     data file of a codebook
+   */
+  constructor({ onMatch, onDataFile }) {
     this.onMatch = onMatch;
+    this.onDataFile = onDataFile;
     this.element = element('div', { class: 'outcome-part', hidden: true, tabindex: -1 });
   }
 
@@ -101,21 +120,24 @@ export class OutcomeView {
       this.#showOne(detail, applied, commands, hasSource);
     };
     this.element.append(element('h2', { id: 'outcome-heading' }, 'What changes'));
-    if (all.length > 1) this.element.append(this.#chooser(all, choose));
+    const first = Math.max(0, all.findIndex(({ name }) => name === this.#name));
+    if (all.length > 1) this.element.append(this.#chooser(all, first, choose));
     this.element.append(detail);
     this.element.hidden = false;
-    if (all[0]) choose(all[0]);
+    if (all[first]) choose(all[first]);
     this.element.focus({ preventScroll: true });
     this.element.scrollIntoView({ block: 'start' });
   }
 
   /**
    * @param {Applied[]} all
+   * @param {number} first the place of the one that is shown first
    * @param {(applied: Applied) => void} choose
    */
-  #chooser(all, choose) {
+  #chooser(all, first, choose) {
     const select = /** @type {HTMLSelectElement} */ (element('select', { id: 'which' }, ...all.map((applied, i) =>
       element('option', { value: i }, `${applied.name}${applied.status === 0 ? '' : ' – not done'}`))));
+    select.value = String(first);
     select.addEventListener('change', () => {
       const applied = all[Number(select.value)];
       if (applied) choose(applied);
@@ -135,6 +157,7 @@ export class OutcomeView {
    */
   #showOne(detail, applied, commands, hasSource) {
     const { name, report, diagnostics, written } = applied;
+    this.#name = name;
     if (written === null) {
       const errors = diagnostics.filter(({ severity }) => severity === 'error');
       detail.replaceChildren(element(
@@ -149,6 +172,7 @@ export class OutcomeView {
     const difference = differenceOf(/** @type {Uint8Array} */ (report));
     const view = element('div');
     if (written !== null) detail.append(this.#downloads(applied, difference, commands));
+    detail.append(...this.#dataFileChoosers(difference.files, name));
     const lonely = difference.notReached?.length ?? 0;
     if (written !== null && hasSource && lonely > 0) {
       detail.append(element('p', { class: 'row hint' },
@@ -157,6 +181,24 @@ export class OutcomeView {
     }
     detail.append(view);
     this.#shown = showDifference(view, difference);
+  }
+
+  /**
+   * A choice for each codebook of several data files. A data file without an ID cannot be named, except
+   * the first.
+   * @param {RunFile[]} files
+   * @param {string} working
+   */
+  #dataFileChoosers(files, working) {
+    return files.filter(({ dataFiles }) => dataFiles.length > 1).map((file, i) => {
+      const choices = file.dataFiles.filter((id, place) => id !== '' || place === 0);
+      const select = /** @type {HTMLSelectElement} */ (element('select', { id: `data-file-${i}` },
+        ...choices.map((id) => element('option', { value: id }, id === '' ? 'the first' : id))));
+      select.value = file.dataFile;
+      select.addEventListener('change', () => this.onDataFile(file, working, select.value));
+      return element('p', { class: 'row hint' },
+        element('label', { for: select.id }, shown(nameOf(file)), ' has several data files. This is about'), select);
+    });
   }
 
   /**

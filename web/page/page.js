@@ -26,7 +26,7 @@ const working = new FileChooser({
   hint: 'The one that is to get them; several if you like. Drop it here.',
 });
 const form = new CommandForm(changed);
-const outcome = new OutcomeView(findPairs);
+const outcome = new OutcomeView({ onMatch: findPairs, onDataFile: useDataFile });
 const pairs = element('section', { class: 'pairs-part', hidden: true, 'aria-labelledby': 'pairs-heading', tabindex: -1 });
 
 const go = button({ class: 'main', id: 'go' }, apply, 'Show what would change');
@@ -68,6 +68,28 @@ function sourceName() {
   return isTaken ? `last-year/${name}` : name;
 }
 
+// The source as commands name it: with the ID of a data file, where one was chosen.
+function sourceInCommands() {
+  return specification(sourceName(), source.given[0]?.dataFile);
+}
+
+/**
+ * @param {string} name
+ * @param {string} [dataFile]
+ */
+function specification(name, dataFile = '') {
+  return dataFile === '' ? name : `${name}#${dataFile}`;
+}
+
+/**
+ * A codebook for the program.
+ * @param {Given} file
+ * @param {string} name
+ */
+async function codebookOf(file, name) {
+  return { bytes: await file.read(), name, ...(file.dataFile ? { id: file.dataFile } : {}) };
+}
+
 /** @param {Given} file */
 function nameOfWorking({ name }) {
   return name.replaceAll('#', '_');
@@ -75,7 +97,7 @@ function nameOfWorking({ name }) {
 
 /** What is shown is of other choices now. */
 function changed() {
-  form.setSource(sourceName());
+  form.setSource(sourceInCommands());
   outcome.hide();
   pairs.hidden = true;
   failure.hidden = true;
@@ -147,13 +169,27 @@ function apply() {
     const all = [];
     for (const file of working.given) {
       const options = {
-        working: { bytes: await file.read(), name: nameOfWorking(file) },
+        working: await codebookOf(file, nameOfWorking(file)),
         sources: await sources(), syntax: commands, report: 'alone', ...languageOption(),
       };
       all.push({ name: file.name, ...(await tasks.run({ call: 'apply', options })) });
     }
     outcome.show(all, commands, source.given.length > 0);
   });
+}
+
+/**
+ * Takes another data file of a codebook, and does the work with it.
+ * @param {import('./outcome.js').RunFile} file the codebook
+ * @param {string} name of the working codebook
+ * @param {string} id of the data file
+ */
+function useDataFile(file, name, id) {
+  const given = file.role === 'working' ? working.given.find((other) => other.name === name) : source.given[0];
+  if (!given) return;
+  given.dataFile = id;
+  if (file.role !== 'working') form.replaceSource(file.path, sourceInCommands());
+  void apply();
 }
 
 /** @param {string} name of the working codebook */
@@ -163,8 +199,8 @@ function findPairs(name) {
   if (!now || !old) return;
   void whileBusy(async () => {
     const options = {
-      old: { bytes: await old.read(), name: sourceName() },
-      new: { bytes: await now.read(), name: nameOfWorking(now) }, ...languageOption(),
+      old: await codebookOf(old, sourceName()),
+      new: await codebookOf(now, nameOfWorking(now)), ...languageOption(),
     };
     const { outcome: found, diagnostics } = await tasks.run({ call: 'match', options });
     if (found === null) return fail(diagnostics.map((/** @type {any} */ { message }) => message).join(' '));
