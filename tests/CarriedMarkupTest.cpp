@@ -114,7 +114,8 @@ TEST(CarriedMarkup, KeepsItsNamespacesAndIsReadBack) {
     Documents documents(seed);
     const std::string source = documents.Make(documents.Any(encodings), {"a", "b", "c"});
     std::string working = documents.Make(documents.Any(encodings), {"x"});
-    const testing::ScopedTrace trace(__FILE__, __LINE__, source + "\n" + working);
+    const testing::ScopedTrace trace(__FILE__, __LINE__, source);
+    const testing::ScopedTrace onto(__FILE__, __LINE__, working);
     ASSERT_GT(ElementsOf(source).size(), 1U) << ElementsOf(source).front();
     folder.Write("s.xml", source);
     std::string saved;

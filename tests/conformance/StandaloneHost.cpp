@@ -29,7 +29,8 @@ void conformance::OpenWorking(const std::vector<Sample>& samples) {
     for (const std::string& value : sample.missing) text += "<item VALUE='" + value + "'/>";
     if (!sample.missing.empty()) text += "</invalrng>";
     for (const auto& [value, label] : sample.valueLabels) {
-      text += "<catgry><catValu>" + value + "</catValu><labl>" + label + "</labl></catgry>";
+      text += "<catgry><catValu>" + value + "</catValu>";
+      text += "<labl>" + label + "</labl></catgry>";
     }
     text += FormatOf(sample.type);
     for (const auto& [name, value] : sample.attributes) {
