@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <deque>
-#include <future>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -18,7 +16,7 @@
 #include "standalone/Codebook/Variables.h"
 #include "standalone/Dictionary/Changes.h"
 #include "standalone/Dictionary/VariableNames.h"
-#include "standalone/Parallel/Beside.h"
+#include "standalone/Parallel/InOrder.h"
 #include "standalone/Text/Tokens.h"
 #include "standalone/Text/Utf8.h"
 #include "standalone/Xml/Editor.h"
@@ -40,7 +38,7 @@ Layout LayoutOfCodebook(const Codebook& codebook) {
 
 // Writes one document. The changes outside its variables are gathered first, as edits of its text.
 // Then the document goes out in stretches, each with the edits of its variables; while one goes
-// out, as many are made as the machine has threads.
+// out, the next are made on all threads.
 class CodebookWriter {
  public:
   CodebookWriter(const CodebookFile& file, const Dictionary& now, const Changes& changes)
@@ -66,15 +64,9 @@ class CodebookWriter {
     Editor editor(document_, layout_);
     for (const NewElement& added : newInRoot_) editor.Insert(document_.Root(), added);
     edits_.Add(std::move(editor).Take());
-    const std::size_t threads = Threads();
-    std::deque<std::future<std::string>> made;
-    for (const Stretch& stretch : Stretches()) {
-      made.push_back(RunBeside(&CodebookWriter::BytesOf, this, stretch));
-      if (made.size() <= threads) continue;
-      sink(made.front().get());
-      made.pop_front();
-    }
-    for (std::future<std::string>& last : made) sink(last.get());
+    const std::vector<Stretch> stretches = Stretches();
+    InOrder made(stretches.size(), [&](std::size_t i) { return BytesOf(stretches[i]); });
+    made.TakeAll(sink);
   }
 
  private:
