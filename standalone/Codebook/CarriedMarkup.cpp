@@ -240,29 +240,12 @@ std::optional<std::vector<CarriedElement>> CarryPlain(
   const bool declares = parent.Tag().find("xmlns") != std::string_view::npos;
   if (hasPrefix || declares || !document.Scopes().IsStandard(scope, "")) return std::nullopt;
   std::vector<CarriedElement> elements;
-  std::string_view left = parent.Content();
-  const char* begin = nullptr;  // of the child that is taken
-  ElementName name = kOtherElement;
-  std::size_t depth = 0;
-  while (!left.empty()) {
-    const MarkupPiece piece = TakePiece(left);
-    const bool starts = piece.kind == MarkupPiece::StartTag;
-    if (depth == 0 && (starts || piece.kind == MarkupPiece::EmptyTag)) {
-      const StartTag tag(piece.text);
-      name = document.Scopes().Words().Find(LocalNameOf(tag.Name()));
-      const bool taken = takes(name) && !(name == element::notes && tag.Find("type"));
-      begin = taken ? piece.text.data() : nullptr;
-    }
-    if (starts) ++depth;
-    if (piece.kind == MarkupPiece::EndTag) --depth;
-    const bool ends =
-        depth == 0 && (piece.kind == MarkupPiece::EndTag || piece.kind == MarkupPiece::EmptyTag);
-    if (!ends || begin == nullptr) continue;
-    const auto size = static_cast<std::size_t>(piece.text.data() + piece.text.size() - begin);
-    const std::string_view markup(begin, size);
-    begin = nullptr;
+  for (const Element child : parent.All()) {
+    const bool isTyped = child.Name() == element::notes && child.Attribute("type").IsThere();
+    if (!takes(child.Name()) || isTyped) continue;
+    const std::string_view markup = child.Markup();
     if (!IsPlain(markup)) return std::nullopt;
-    if (HasText(markup)) elements.push_back({name, Plain(markup, document.Encoding())});
+    if (HasText(markup)) elements.push_back({child.Name(), Plain(markup, document.Encoding())});
   }
   return elements;
 }

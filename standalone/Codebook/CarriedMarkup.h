@@ -22,8 +22,8 @@ struct CarriedElement {
   std::string markup;
 };
 
-// Copies the children of an element that are taken and have a text. Notes with a type are never
-// taken. scope is the one around the element.
+// Copies the children of an element that are taken and have a text, of those that are kept. Notes
+// with a type are never taken. scope is the one around the element.
 std::vector<CarriedElement> CarryChildren(const Document& document, Element parent,
                                           Namespaces::Scope scope,
                                           const std::function<bool(ElementName child)>& takes);

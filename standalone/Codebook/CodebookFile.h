@@ -19,7 +19,7 @@ namespace velahost {
 class Codebook;
 
 // What a codebook is opened for: to be a source, to be shown or to be written. Other than a source
-// it keeps its elements, which takes about the room of the document once more.
+// it keeps all elements of its variables, which takes about the room of the document once more.
 enum class OpenFor { Reading, Showing, Writing };
 
 // A data file of a codebook, as it was read: its dictionary, and the place of each variable in the

@@ -24,6 +24,10 @@ constexpr std::array<ElementName, kItemCount<Documentation>> kElements = {
 constexpr std::array<ElementName, 5> kOfSets = {element::txt, element::concept_, element::defntn,
                                                 element::universe, element::notes};
 
+bool DocumentsSets(ElementName name) {
+  return std::find(kOfSets.begin(), kOfSets.end(), name) != kOfSets.end();
+}
+
 // The kind that an element is by its name; nothing for any other element.
 std::optional<Documentation> KindOf(ElementName name) {
   const auto* const found = std::find(kElements.begin(), kElements.end(), name);
@@ -98,6 +102,8 @@ std::string TextOf(Element element, const Languages& languages) {
 
 }  // namespace
 
+bool MayBeCarried(ElementName name) { return KindOf(name) || DocumentsSets(name); }
+
 DocumentationSet DocumentedIn(Element var) {
   DocumentationSet kinds;
   for (const Element child : var.All()) {
@@ -123,9 +129,7 @@ std::vector<DocumentationElement> ReadDocumentation(const Document& document, El
 
 std::vector<CarriedElement> ReadSetDocumentation(const Document& document, Element varGrp,
                                                  Namespaces::Scope scope) {
-  return CarryChildren(document, varGrp, scope, [](ElementName name) {
-    return std::find(kOfSets.begin(), kOfSets.end(), name) != kOfSets.end();
-  });
+  return CarryChildren(document, varGrp, scope, DocumentsSets);
 }
 
 void WriteDocumentation(Element var, const Variable& read, const Variable& now,

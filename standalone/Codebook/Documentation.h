@@ -15,6 +15,9 @@
 
 namespace velahost {
 
+// Whether an element of that name may document a var or a set.
+bool MayBeCarried(ElementName name);
+
 // The kinds of what documents a var and may be carried to another one. An element without text is
 // as if absent.
 DocumentationSet DocumentedIn(Element var);

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "standalone/Codebook/Documentation.h"
 #include "standalone/Codebook/Elements.h"
 #include "standalone/Codebook/FileDescription.h"
 #include "standalone/Codebook/Sets.h"
@@ -141,9 +142,24 @@ void CodebookReader::ReadGathered(ElementPlace place) {
       reading_.variables.push_back(
           {place, stack_.back().scope, ReadVariable(element, variables_, labels_, texts_)});
   }
-  if (use_ != OpenFor::Reading) return;
-  reading_.elements.resize(place + std::size_t{1});
-  reading_.elements[place].count = 1;
+  if (use_ == OpenFor::Reading) DropAllButCarried(place);
+}
+
+// Drops what is in an element, but for the children that may be carried to another document.
+void CodebookReader::DropAllButCarried(ElementPlace place) {
+  std::vector<ElementExtent>& elements = reading_.elements;
+  const std::size_t end = place + elements[place].count;
+  std::size_t kept = place + 1;
+  for (std::size_t child = kept; child < end;) {
+    const std::size_t next = child + elements[child].count;
+    if (MayBeCarried(elements[child].name)) {
+      elements[kept] = elements[child];
+      elements[kept++].count = 1;
+    }
+    child = next;
+  }
+  elements.resize(kept);
+  elements[place].count = static_cast<std::uint32_t>(kept - place);
 }
 
 }  // namespace velahost

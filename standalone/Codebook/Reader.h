@@ -72,6 +72,7 @@ class CodebookReader final : public XmlHandler {
   bool Keeps() const;
   bool IsGathered(ElementName name) const;
   void ReadGathered(ElementPlace place);
+  void DropAllButCarried(ElementPlace place);
 
   Namespaces* namespaces_ = nullptr;  // null for parts, which have no root
   DocumentText text_;
