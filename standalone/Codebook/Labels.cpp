@@ -200,7 +200,7 @@ void RemoveLabels(Element parent, const Languages& languages, Editor& editor) {
   }
 }
 
-void AddLabels(NewElement& parent, std::string_view level, const std::optional<Text>& text,
+void AddLabels(NewElement& parent, std::string_view level, std::optional<std::string_view> text,
                const LabelLanguages& from, const Languages& languages) {
   if (text) {
     parent.children.push_back(NewLabel(level, NewLanguage(from, languages), *text, languages));

@@ -73,7 +73,7 @@ void RemoveLabels(Element parent, const Languages& languages, Editor& editor);
 bool MayBeLabel(Element labl, const Languages& languages);
 
 // Adds a label to a new element, and the same label in other languages. No text: only those.
-void AddLabels(NewElement& parent, std::string_view level, const std::optional<Text>& text,
+void AddLabels(NewElement& parent, std::string_view level, std::optional<std::string_view> text,
                const LabelLanguages& from, const Languages& languages);
 // The same for a name that stands in a labl, in whatever language.
 void AddNamingLabels(NewElement& parent, const Text& name, const LabelLanguages& from,

@@ -24,8 +24,11 @@ class VariableNames {
   int FindUpperCase(std::string_view name) const;
 
   int Count() const { return static_cast<int>(names_.size()); }
-  // The name at a column, as it is spelled. REQUIRES: 0 <= column < Count().
+  // The name at a column, as it is spelled and in upper case. REQUIRES: 0 <= column < Count().
   const Text& At(int column) const { return names_[static_cast<std::size_t>(column)].spelled; }
+  const Text& UpperCaseAt(int column) const {
+    return names_[static_cast<std::size_t>(column)].upperCase;
+  }
 
  private:
   struct Name {

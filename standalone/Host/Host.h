@@ -72,7 +72,7 @@ class Host {
   // The label that GetLabel of a variable gave last. A label is set by its text alone, and its
   // languages come along when it is the very text that was given.
   struct GivenLabel {
-    const char* text = nullptr;
+    Text text;
     LabelLanguages languages;
   };
   GivenLabel givenLabel;

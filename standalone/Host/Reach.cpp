@@ -61,7 +61,7 @@ void Reach::PairByName(const VariableNames& working) {
   }
   OfSource* const source = Source();
   for (const int column : columns) {
-    const int found = working.Find(names.At(column));
+    const int found = working.FindUpperCase(names.UpperCaseAt(column));
     MarkReached(found);
     if (source == nullptr) continue;
     if (found >= 0) {

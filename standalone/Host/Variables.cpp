@@ -133,17 +133,18 @@ const char* VELA_Variable::GetLabel() const {
   Called("VELA_Variable::GetLabel");
   const Variable& now = *impl_->now;
   if (!now.label) return nullptr;
-  velahost::Host::Current().givenLabel = {now.label->CString(), now.labelLanguages};
+  velahost::Host::Current().givenLabel = {*now.label, now.labelLanguages};
   return now.label->CString();
 }
 
 void VELA_Variable::SetLabel(const char* label) {
   Called("VELA_Variable::SetLabel");
   if (impl_->now->label && *impl_->now->label == label) return;
-  Text next(label);
   // The text that was given last comes back with its language.
   const velahost::Host::GivenLabel& given = velahost::Host::Current().givenLabel;
-  const std::string_view language = given.text == label ? given.languages.Own() : "";
+  const bool isGiven = given.text.CString() == label;
+  Text next = isGiven ? given.text : Text(label);
+  const std::string_view language = isGiven ? given.languages.Own() : "";
   velahost::LabelLanguages languages;
   const auto others = impl_->now->labelLanguages.Others();
   if (!language.empty() || !others.empty()) {

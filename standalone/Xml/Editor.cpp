@@ -62,13 +62,14 @@ void Editor::Insert(Element parent, const NewElement& element) {
   if (!repeats) {
     const Element after = PlaceFor(parent, element.element);
     const std::size_t rank = RankIn(*layout_.vocabulary, parent.Name(), element.element);
-    insertions_.push_back({parent, after, rank, element.element, parent.Prefix(),
-                           LeadIn(parent, after), inserted_.size(), inserted_.size()});
+    prefix_ = parent.Prefix();
+    lead_ = LeadIn(parent, after);
+    insertions_.push_back(
+        {parent, after, rank, element.element, inserted_.size(), inserted_.size()});
   }
-  Insertion& insertion = insertions_.back();
-  inserted_ += insertion.lead;
-  AppendElement(inserted_, element, layout_, insertion.prefix, insertion.lead);
-  insertion.end = inserted_.size();
+  inserted_ += lead_;
+  AppendElement(inserted_, element, layout_, prefix_, lead_);
+  insertions_.back().end = inserted_.size();
 }
 
 void Editor::InsertAfter(Element parent, Element sibling, const NewElement& element) {

@@ -40,8 +40,6 @@ class Editor {
     Element after;  // null: first in the parent
     std::size_t rank;
     ElementName name;
-    std::string prefix;
-    std::string lead;
     // Where its markup stands in inserted_: of one element, or of several of a name.
     std::size_t begin;
     std::size_t end;
@@ -55,6 +53,8 @@ class Editor {
   const Layout& layout_;
   Edits edits_;
   std::vector<Insertion> insertions_;
+  std::string prefix_;    // where the last insertion goes, with the colon
+  std::string lead_;      // likewise
   std::string inserted_;  // the markup of all insertions, in the order in which they were made
 };
 
