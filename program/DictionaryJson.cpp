@@ -15,7 +15,7 @@ using velahost::Property;
 
 Json FileJson(const velahost::Dictionary& dictionary) {
   Json json;
-  for (const FileItem item : velahost::FileItemSet::All().Items()) {
+  for (const FileItem item : velahost::FileItemSet::All()) {
     json[NameOf(item)] = ItemJson(dictionary, item);
   }
   return json;
@@ -24,7 +24,7 @@ Json FileJson(const velahost::Dictionary& dictionary) {
 Json VariableJson(const velahost::Variable& variable,
                   const std::vector<velahost::DocumentationText>& documentation) {
   Json json = MakeObject("name", variable.name.String(), "type", variable.type);
-  for (const Property property : velahost::PropertySet::All().Items()) {
+  for (const Property property : velahost::PropertySet::All()) {
     json[NameOf(property)] = PropertyJson(variable, property, documentation);
   }
   return json;

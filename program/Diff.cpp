@@ -58,7 +58,7 @@ void WriteCounts(const DiffOptions& options, const Difference& difference, Listi
     }
   };
   if (!difference.file.Empty()) {
-    listing.Line("Items of the file that differ: " + CountText(difference.file.Items().size()));
+    listing.Line("Items of the file that differ: " + CountText(difference.file.Size()));
   }
   ListCounts("Variables that differ", difference.changed, listing);
   only(options.before, difference.removed.size());

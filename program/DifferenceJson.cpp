@@ -51,7 +51,7 @@ Json ValuesJson(const Difference::OfVariable& difference, const Side& side, std:
   std::vector<DocumentationText> documentation;
   if (difference.properties.Has(Property::Documentation))
     documentation = side.documentation(column);
-  for (const Property property : difference.properties.Items()) {
+  for (const Property property : difference.properties) {
     json[NameOf(property)] = PropertyJson(variable, property, documentation);
   }
   return json;
@@ -76,7 +76,7 @@ Json VariableJson(const Difference::OfVariable& difference, const Side& before, 
 
 Json ItemsJson(velahost::FileItemSet items, const velahost::Dictionary& dictionary) {
   Json json = Json::object();
-  for (const FileItem item : items.Items()) json[NameOf(item)] = ItemJson(dictionary, item);
+  for (const FileItem item : items) json[NameOf(item)] = ItemJson(dictionary, item);
   return json;
 }
 

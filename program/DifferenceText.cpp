@@ -162,7 +162,7 @@ std::vector<std::string> TextsOf(const std::vector<DocumentationText>& documenta
 
 void ListDocumentation(const std::vector<DocumentationText>& before,
                        const std::vector<DocumentationText>& now, Listing& listing) {
-  for (const Documentation kind : velahost::DocumentationSet::All().Items()) {
+  for (const Documentation kind : velahost::DocumentationSet::All()) {
     const std::vector<std::string> old = TextsOf(before, kind);
     const std::vector<std::string> texts = TextsOf(now, kind);
     if (old == texts) continue;
@@ -231,7 +231,7 @@ std::vector<std::string> DifferingTitles(const Difference::OfVariable& differenc
   std::vector<std::string> titles;
   if (difference.isRenamed) titles.emplace_back("name");
   if (difference.isRetyped) titles.emplace_back("type");
-  for (const Property property : difference.properties.Items())
+  for (const Property property : difference.properties)
     titles.emplace_back(TitleOf(property));
   return titles;
 }
@@ -248,7 +248,7 @@ void ListVariableDifference(const Difference::OfVariable& difference, const Side
   }
   if (difference.isRetyped) listing.Change("type", TypeText(old), TypeText(variable));
   const bool hasOneFormat = AreFormatsOne(difference.properties, old, variable);
-  for (const Property property : difference.properties.Items()) {
+  for (const Property property : difference.properties) {
     switch (property) {
       case Property::ValueLabels:
         ListValueLabels(old, variable, listing);
@@ -279,7 +279,7 @@ void ListFileDifference(velahost::FileItemSet items, const Dictionary& before,
                         const Dictionary& now, Listing& listing) {
   if (items.Empty()) return;
   listing.Title("File");
-  for (const FileItem item : items.Items()) ListItem(item, before, now, listing);
+  for (const FileItem item : items) ListItem(item, before, now, listing);
   listing.BlankLine();
 }
 
@@ -328,7 +328,7 @@ void ListCounts(const char* title, const std::vector<Difference::OfVariable>& ch
   for (const Difference::OfVariable& variable : changed) {
     if (variable.isRenamed) ++renamed;
     if (variable.isRetyped) ++retyped;
-    for (const Property property : variable.properties.Items()) ++counts[property];
+    for (const Property property : variable.properties) ++counts[property];
   }
   std::vector<std::string> texts;
   if (renamed > 0) texts.push_back("name " + CountText(renamed));

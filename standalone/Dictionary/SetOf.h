@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -33,16 +34,26 @@ class SetOf {
   bool operator==(const SetOf&) const = default;
 
   // Those of the set, in the order of their enumeration.
-  std::vector<Item> Items() const {
-    std::vector<Item> items;
-    for (std::size_t i = 0; i < kItemCount<Item>; ++i) {
-      if (Has(static_cast<Item>(i))) items.push_back(static_cast<Item>(i));
+  class Iterator {
+   public:
+    explicit Iterator(std::uint16_t left) : left_(left) {}
+    Item operator*() const { return static_cast<Item>(std::countr_zero(left_)); }
+    Iterator& operator++() {
+      left_ = static_cast<std::uint16_t>(left_ & (left_ - 1));
+      return *this;
     }
-    return items;
-  }
+    bool operator==(const Iterator&) const = default;
+
+   private:
+    std::uint16_t left_;
+  };
+  Iterator begin() const { return Iterator(bits_); }
+  Iterator end() const { return Iterator(0); }
+  std::size_t Size() const { return static_cast<std::size_t>(std::popcount(bits_)); }
+
   std::vector<const char*> Names() const {
     std::vector<const char*> names;
-    for (const Item item : Items()) names.push_back(NameOf(item));
+    for (const Item item : *this) names.push_back(NameOf(item));
     return names;
   }
 

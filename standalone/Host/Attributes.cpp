@@ -112,7 +112,7 @@ int DatasourceAttributes::Size() const {
   Called("DatasourceAttributes::Size");
   std::size_t size = HostAccess::Of(*this).size();
   for (const DocumentationPart& part : HostAccess::DocumentationOf(*this)) {
-    size += part.kinds.Items().size();
+    size += part.kinds.Size();
   }
   return static_cast<int>(size);
 }
