@@ -12,13 +12,12 @@ namespace velahost {
 namespace {
 
 void AppendWithLineEnds(std::string& markup, std::string_view text, std::string_view newLine) {
-  for (const char c : text) {
-    if (c == '\n') {
-      markup += newLine;
-    } else {
-      markup += c;
-    }
+  std::size_t end = 0;
+  while ((end = text.find('\n')) != std::string_view::npos) {
+    markup.append(text, 0, end).append(newLine);
+    text.remove_prefix(end + 1);
   }
+  markup += text;
 }
 
 // Adds a line end and indentation, so many levels deeper than the lead; nothing for no lead.
