@@ -125,6 +125,7 @@ class CodebookWriter {
         changes_.changed.begin(), changes_.changed.end(), stretch.firstColumn,
         [](const Changes::OfVariable& of, std::size_t column) { return of.column < column; });
     for (std::size_t i = stretch.firstColumn; i < stretch.lastColumn; ++i) {
+      now_.FetchAfter(i);
       const bool isChanged = change != changes_.changed.end() && change->column == i;
       WriteColumn(i, isChanged ? change++->properties : PropertySet(), editor);
     }

@@ -93,6 +93,7 @@ Changes ChangesBetween(const Dictionary& before, const Dictionary& now) {
   Changes changes;
   changes.firstAdded = before.variables.size();
   for (std::size_t column = 0; column < before.variables.size(); ++column) {
+    now.FetchAfter(column);
     if (before.variables[column] == now.variables[column]) continue;
     const PropertySet properties = Differing(*before.variables[column], *now.variables[column]);
     if (!properties.Empty()) changes.changed.push_back({column, properties});

@@ -3,6 +3,28 @@
 #include <algorithm>
 
 namespace velahost {
+namespace {
+
+void Fetch(const void* memory, std::size_t bytes) {
+  constexpr std::size_t kLine = 64;  // so many bytes come together
+  for (std::size_t at = 0; at < bytes; at += kLine) {
+    __builtin_prefetch(static_cast<const char*>(memory) + at);
+  }
+}
+
+}  // namespace
+
+// What a variable refers to is known only once the variable itself is there.
+void Dictionary::FetchAfter(std::size_t column) const {
+  constexpr std::size_t kFar = 6;
+  constexpr std::size_t kNear = 4;
+  if (column + kFar >= variables.size()) return;
+  Fetch(variables[column + kFar].get(), sizeof(Variable));
+  const Variable& near = *variables[column + kNear];
+  if (near.label) Fetch(near.label->CString(), 1);
+  Fetch(near.valueLabels.get(), sizeof(ValueLabels));
+  Fetch(near.brought.get(), sizeof(Brought));
+}
 
 bool SameSets(const std::vector<VariableSet>& a, const std::vector<VariableSet>& b) {
   const auto isSame = [](const VariableSet& x, const VariableSet& y) {

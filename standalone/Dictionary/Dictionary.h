@@ -65,6 +65,11 @@ struct FileItems {
 struct Dictionary {
   std::vector<std::shared_ptr<const Variable>> variables;  // by column; none is null
   FileItems file;
+
+  // For one who goes through the columns: has the processor fetch what follows soon. Variables that
+  // a command changed lie in memory in the order in which it came to them, so that each would be
+  // waited for.
+  void FetchAfter(std::size_t column) const;
 };
 
 }  // namespace velahost
