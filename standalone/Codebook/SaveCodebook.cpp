@@ -24,9 +24,10 @@
 namespace velahost {
 namespace {
 
-// Variables are written so many at a time: enough to be worth a thread, few enough for what is
-// made of them to stay in a processor's cache.
+// Variables are written so many at a time, and less once they take so many bytes of the document:
+// enough to be worth a thread, few enough for what is made of them to stay in a processor's cache.
 constexpr std::size_t kVariablesAtOnce = 512;
+constexpr std::size_t kBytesAtOnce = std::size_t{1} << 19;
 
 // The layout of a codebook: a level is what variables are indented by in their description.
 Layout LayoutOfCodebook(const Codebook& codebook) {
@@ -86,13 +87,15 @@ class CodebookWriter {
 
   // The text from end to end, cut after variables.
   std::vector<Stretch> Stretches() const {
-    std::vector<Stretch> stretches;
-    for (std::size_t column = 0; column < ReadCount(); column += kVariablesAtOnce) {
-      const std::size_t begin = stretches.empty() ? 0 : stretches.back().end;
-      const std::size_t last = std::min(column + kVariablesAtOnce, ReadCount());
-      stretches.push_back({begin, AsRead(last - 1).element.End(), column, last});
+    std::vector<Stretch> stretches(1);
+    for (std::size_t column = 0; column < ReadCount(); ++column) {
+      const Stretch& last = stretches.back();
+      const bool isFull = last.lastColumn - last.firstColumn == kVariablesAtOnce ||
+                          last.end - last.begin >= kBytesAtOnce;
+      if (isFull) stretches.push_back({last.end, last.end, column, column});
+      stretches.back().end = AsRead(column).element.End();
+      stretches.back().lastColumn = column + 1;
     }
-    if (stretches.empty()) stretches.push_back({0, 0, 0, 0});
     // One byte more than there is takes in what is inserted after everything.
     stretches.back().end = document_.Text().size() + 1;
     return stretches;

@@ -24,7 +24,7 @@ class InOrder {
   // make(place) makes the result of a place from 0 to count - 1. It is called on several threads at
   // once.
   InOrder(std::size_t count, Make make)
-      : make_(std::move(make)), count_(count), ahead_(kAheadOfEach * Threads()), results_(ahead_) {}
+      : make_(std::move(make)), count_(count), ahead_(Threads() + kWaiting), results_(ahead_) {}
   InOrder(const InOrder&) = delete;
   InOrder& operator=(const InOrder&) = delete;
   // Waits for what is being made.
@@ -46,8 +46,8 @@ class InOrder {
   }
 
  private:
-  // So many results may wait to be taken, for each thread.
-  static constexpr std::size_t kAheadOfEach = 4;
+  // So many results may wait to be taken besides those that are being made.
+  static constexpr std::size_t kWaiting = 2;
 
   struct Made {
     std::optional<Result> result;
