@@ -71,7 +71,8 @@ class CodebookWriter {
   }
 
  private:
-  // A part of the text, and the columns whose variables stand in it.
+  // A part of the text, and the columns whose variables stand in it. New variables are stretches of
+  // no text.
   struct Stretch {
     std::size_t begin;
     std::size_t end;
@@ -85,7 +86,7 @@ class CodebookWriter {
     return codebook_.variables[file_.variablePlaces[column]];
   }
 
-  // The text from end to end, cut after variables.
+  // The text from end to end, cut after variables. The new ones stand after the last one.
   std::vector<Stretch> Stretches() const {
     std::vector<Stretch> stretches(1);
     for (std::size_t column = 0; column < ReadCount(); ++column) {
@@ -95,6 +96,15 @@ class CodebookWriter {
       if (isFull) stretches.push_back({last.end, last.end, column, column});
       stretches.back().end = AsRead(column).element.End();
       stretches.back().lastColumn = column + 1;
+    }
+    if (ReadCount() > 0 && ReadCount() < now_.variables.size()) {
+      const std::size_t end = stretches.back().end;
+      for (std::size_t column = ReadCount(); column < now_.variables.size();) {
+        const std::size_t first = column;
+        column = std::min(column + kVariablesAtOnce, now_.variables.size());
+        stretches.push_back({end, end, first, column});
+      }
+      stretches.push_back({end, end, now_.variables.size(), now_.variables.size()});
     }
     // One byte more than there is takes in what is inserted after everything.
     stretches.back().end = document_.Text().size() + 1;
@@ -124,6 +134,14 @@ class CodebookWriter {
     Edits edits(document_.Encoding());
     edits.AddBetween(edits_, stretch.begin, stretch.end);
     Editor editor(document_, layout_);
+    IsNew(stretch.firstColumn) ? AddNewVariables(stretch, editor) : WriteVariables(stretch, editor);
+    Edits ofVariables = std::move(editor).Take();
+    ofVariables.Add(edits);
+    return ofVariables.Apply(document_.Text(), stretch.begin,
+                             std::min(stretch.end, document_.Text().size()));
+  }
+
+  void WriteVariables(const Stretch& stretch, Editor& editor) const {
     auto change = std::lower_bound(
         changes_.changed.begin(), changes_.changed.end(), stretch.firstColumn,
         [](const Changes::OfVariable& of, std::size_t column) { return of.column < column; });
@@ -132,10 +150,16 @@ class CodebookWriter {
       const bool isChanged = change != changes_.changed.end() && change->column == i;
       WriteColumn(i, isChanged ? change++->properties : PropertySet(), editor);
     }
-    Edits ofVariables = std::move(editor).Take();
-    ofVariables.Add(edits);
-    return ofVariables.Apply(document_.Text(), stretch.begin,
-                             std::min(stretch.end, document_.Text().size()));
+  }
+
+  // After the last variable of the document; of a stretch of none nothing.
+  void AddNewVariables(const Stretch& stretch, Editor& editor) const {
+    if (stretch.firstColumn == stretch.lastColumn) return;
+    const Element last = AsRead(ReadCount() - 1).element;
+    const Element description = codebook_.DescriptionAround(last);
+    for (std::size_t i = stretch.firstColumn; i < stretch.lastColumn; ++i) {
+      editor.InsertAfter(description, last, NewVariableAt(i));
+    }
   }
 
   void WriteColumn(std::size_t column, PropertySet changed, Editor& editor) const {
@@ -243,41 +267,34 @@ class CodebookWriter {
     return ids;
   }
 
-  // The elements of the new variables.
-  std::vector<NewElement> NewVariables(const MarkupPlace& around) {
-    std::vector<NewElement> variables;
-    NewVariablePlace place = PlaceOfNew();
-    place.markup = around;
-    for (std::size_t i = ReadCount(); i < now_.variables.size(); ++i) {
-      const Variable& variable = *now_.variables[i];
-      place.id = IdOf(i);
-      place.weights = SetsWeight() && now_.file.weight == static_cast<int>(i);
-      place.weightIds =
-          variable.brought ? IdsOf(variable.brought->weightNames) : std::vector<std::string>();
-      variables.push_back(NewVariable(variable, place, codebook_.languages));
-    }
-    return variables;
+  // The element of a new variable, which has its ID already.
+  NewElement NewVariableAt(std::size_t column) const {
+    const Variable& variable = *now_.variables[column];
+    NewVariablePlace place = placeOfNew_;
+    place.id = newIds_[column];
+    place.weights = SetsWeight() && now_.file.weight == static_cast<int>(column);
+    if (variable.brought) place.weightIds = IdsOf(variable.brought->weightNames);
+    return NewVariable(variable, place, codebook_.languages);
   }
 
-  // New sets that have no place behind others, and the new variables.
+  // New sets that have no place behind others, and new variables where there is none that they
+  // could follow.
   void AddToDataDescription() {
     const Element last = ReadCount() > 0 ? AsRead(ReadCount() - 1).element : Element();
     const Element description = codebook_.DescriptionAround(last);
-    std::vector<NewElement> variables = NewVariables(codebook_.PlaceAround(description));
-    if (variables.empty() && newSets_.empty()) return;
+    placeOfNew_ = PlaceOfNew();
+    placeOfNew_.markup = codebook_.PlaceAround(description);
+    std::vector<NewElement> added = std::move(newSets_);
+    for (std::size_t i = 0; !last && i < now_.variables.size(); ++i) {
+      added.push_back(NewVariableAt(i));
+    }
+    if (added.empty()) return;
     if (!description) {
-      NewElement added{.element = element::dataDscr, .children = std::move(newSets_)};
-      std::move(variables.begin(), variables.end(), std::back_inserter(added.children));
-      newInRoot_.push_back(std::move(added));
+      newInRoot_.push_back({.element = element::dataDscr, .children = std::move(added)});
       return;
     }
     Editor editor(document_, layout_);
-    if (last) {
-      for (const NewElement& variable : variables) editor.InsertAfter(description, last, variable);
-      variables.clear();
-    }
-    for (const NewElement& set : newSets_) editor.Insert(description, set);
-    for (const NewElement& variable : variables) editor.Insert(description, variable);
+    for (const NewElement& element : added) editor.Insert(description, element);
     edits_.Add(std::move(editor).Take());
   }
 
@@ -292,6 +309,7 @@ class CodebookWriter {
   DocumentIds ids_;
   VariableNames newNames_;           // of the variables behind those that were read
   std::vector<std::string> newIds_;  // by column; empty for none
+  NewVariablePlace placeOfNew_;      // without what each has of its own
   std::vector<NewElement> newSets_;
   std::vector<NewElement> newInRoot_;  // inserted at once, in their order there
 };
